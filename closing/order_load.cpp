@@ -1,0 +1,68 @@
+#include "closing/order_load.h"
+
+namespace qdr::closing {
+
+// Not built yet: fails without touching the database.
+bool gConsulta_Ordem_Servico_Tipo(
+    Variant& /*invntConecta_db*/,
+    Variant& /*invntUsuario_internet_id*/,
+    Variant& /*invntEmpresa_id*/,
+    Variant& /*invntBanco_Dados*/,
+    Variant& /*invntNome_Produto*/,
+    Variant& /*invntOrdem_Servico_Tipo_ID*/,
+    Variant& /*outvntordem_servico_id*/,
+    Variant& /*outvntDESCR_TIPO_SERVICO*/,
+    Variant& /*outvntFORNECEDOR*/,
+    Variant& /*outvntdata_servico*/,
+    Variant& /*outvntnum_os*/,
+    Variant& /*OUTvntData_Ini_Execucao*/,
+    Variant& /*outvntHORA_INI_EXECUCAO*/,
+    Variant& /*OUTvntData_Fim_Execucao*/,
+    Variant& /*outvntHORA_FIM_EXECUCAO*/,
+    Variant& /*outvntDESC_TAB_STATUS_PAGTO_OS*/,
+    Variant& /*outarrvntSOLICIT_EMBARQUE_CONTAINER_ID*/,
+    Variant& /*outarrvntNUM_CONTAINER*/,
+    Variant& /*outarrvntnum_lacre_cia_maritima*/,
+    Variant& /*outarrvntnum_lacre_receita_federal*/,
+    Variant& /*outarrvntnum_lacre_min_saude*/,
+    Variant& /*outarrvntTara*/,
+    Variant& /*outarrvntAGEND_CONTAINER_ID*/,
+    Variant& /*outvntQtde_Sol_Cont*/,
+    Variant& /*ouvntObserv*/,
+    Variant& /*outvntTAB_TIPO_ORDEM_SERVICO_iD*/,
+    Variant& /*arrTab_Tipo_Container_ID*/,
+    Variant& outvntMsg_Ret,
+    Variant& /*outvntIndic_OS_Em_Pagamento*/,
+    Variant& /*outvntIndic_Mostra_Campo_Terminal*/,
+    Variant& /*outvntTAB_TIPO_SERVICO_ID*/,
+    Variant& /*OUTvntData_Retirada_Terminal*/,
+    Variant& /*outvntHora_Retirada_Terminal*/,
+    Variant& /*OUTvntData_Entrega_Terminal*/,
+    Variant& /*outvntHora_Entrega_Terminal*/,
+    Variant& /*outvntfornecedor_id*/,
+    Variant& /*outvntterminal_vazio_id*/,
+    Variant& /*outvntterminal_cheio_id*/,
+    Variant& /*outvntflag_ctac_os*/,
+    Variant& /*OUTarrPeso_Carga*/,
+    Variant& /*OUTarrValor_NF*/,
+    Variant& /*OUTvntPlaca_Cavalo*/,
+    Variant& /*outvntflag_contr_canhoto*/,
+    Variant& /*outvnttab_tipo_docto_id*/,
+    Variant& /*outvntnum_documento*/,
+    Variant& /*outvntflag_num_docto*/,
+    Variant& /*outvntNum_docto_Transp*/,
+    Variant& /*outvntVeiculoID*/,
+    Variant& /*outvntMotoristaID*/,
+    Variant& /*outvntMotoristaVeiculo*/,
+    Variant& /*outvntCarreta1ID*/,
+    Variant& /*outvntCarreta1*/,
+    Variant& /*outvntCarreta2ID*/,
+    Variant& /*outvntCarreta2*/,
+    Variant& /*CarretaID*/,
+    Variant& /*Carreta*/,
+    Variant& /*outvntVeiculo*/) {
+  outvntMsg_Ret = Variant("Acesso ao Fechamento da OS não disponível. Favor tentar mais tarde.");
+  return false;
+}
+
+}  // namespace qdr::closing
