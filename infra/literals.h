@@ -11,12 +11,13 @@
 
 namespace qdr {
 
-Variant gFormata_Data_SQL(const Variant& value);  // "'yyyy/mm/dd hh:mm'" or "null"
-Variant gTrata_Nulo(const Variant& value);        // Null gives "", anything else as it is
+Variant gFormata_Data_SQL(const Variant& value);    // "'yyyy/mm/dd hh:mm'" or "null"
+Variant gTrata_Nulo(const Variant& value);          // Null gives "", anything else as it is
 Variant gFormata_Numero_SQL(const Variant& value);  // "null" when Val() is 0, else the value
 Variant gFormata_Texto_SQL(const Variant& value);   // "'value'" (quotes not doubled) or "null"
-bool gTroca_Virgula_Ponto(const Variant& text, Variant& out_text);  // every "," to "."
-// Drops ' < > ( ) ; % & + and the double quote.
+// Every "," to "."; accepts any input (Null, arrays and errors give "").
+bool gTroca_Virgula_Ponto(const Variant& text, Variant& out_text);
+// Drops ' < > ( ) ; % & + and the double quote; Null gives "".
 Variant gRetira_Caracteres_Especiais(const Variant& text);
 // The value when its text is not empty; else the default, or Null when none
 // was passed.

@@ -22,14 +22,19 @@ Separators probe_separators();
 // Never raises: a failure gives Empty.
 Variant gTrata_Separador_Decimal(const Variant& value);
 
-// The trimmed text's digits before the first `separator` are the integer
-// part, all other digits the fraction; later separators are dropped
-// ("1,2,3" with "," gives 1.23).
+// The trimmed text's characters before the first `separator` are the integer
+// part, all other characters the fraction; later separators are dropped
+// ("1,2,3" with "," gives 1.23). Each part is read with the regional
+// conversion (vb::cdbl, so it raises 13 when a part is not a number); the
+// fraction takes the sign of the integer part ("-12,5" gives -12.5).
 double gConverte_Numero_Separador(const Variant& text, const Variant& separator);
 
 // `value` with exactly `places` decimals and a decimal comma (fixed: the text
-// is for display in the Brazilian format). Null, empty or zero give
-// `default_value` as it is. Never raises: a failure gives Empty.
+// is for display in the Brazilian format), no thousands grouping. Values
+// between -1 and 1 are rounded half to even; larger ones have their extra
+// decimals cut. Zero places give the integer part alone. Null, empty or zero
+// give `default_value` as it is. Never raises: a non-numeric value, or places
+// outside 0..255, give Empty.
 Variant gFormata_Numero(const Variant& value, const Variant& default_value, Variant& places);
 
 // The null-safe numeric value used across the routines: the number that

@@ -42,9 +42,10 @@ std::string cstr(const Variant& v);
 // The text of a variant where Null reads as "" (the common `"" & value`).
 std::string text_of(const Variant& v);
 
-// Val: the leading number of the text (blanks skipped, "." is the only
-// decimal point whatever the locale, "&H"/"&O" prefixes honoured); 0 when
-// there is none.
+// Val: the leading number of the text (blanks, tabs and line feeds skipped
+// anywhere, "." is the only decimal point whatever the locale, an exponent
+// "E"/"D" taken, "&H"/"&O" prefixes honoured); 0 when there is none. Raises 6
+// when the number does not fit a Double.
 double val(std::string_view text);
 
 // IsNumeric: true for numbers, Booleans and texts that hold a number in the
@@ -62,17 +63,28 @@ int16_t cint(const Variant& v);
 
 // IsDate / CDate. A text is tried in the regional day/month order first; when
 // that cannot be a date the other order is tried, so under pt_BR "10/13/2001"
-// is October 13th, and "31/02/2001" is no date at all. Times "hh:mm[:ss]" may
-// follow the date or stand alone.
+// is October 13th, and "31/02/2001" is no date at all. A date has day, month
+// and year separated by "/", "-" or "."; a year of four digits may come first
+// ("2001/10/13"); two-digit years are 1930-2029; years run 100-9999. Times
+// "hh:mm[:ss] [AM|PM]" may follow the date (after blanks or "T") or stand
+// alone. Only Date variants and such texts are dates for is_date; cdate also
+// takes numbers as OLE dates (6 out of range) and raises 13 otherwise.
 bool is_date(const Variant& v);
-double cdate(const Variant& v);  // the OLE date; raises 13 when not a date
+double cdate(const Variant& v);
 
-// Format with a date pattern (yyyy, yy, mm/m, dd/d, hh/h, nn/n, ss/s; mm or
-// m right after an hour token is minutes; any other character literal). A
-// value that is not a date comes back as its text.
+// Format with a date pattern, letters in either case: yyyy, yy, y (day of the
+// year), mmmm/mmm (regional month name), mm/m, dddd/ddd (regional weekday
+// name), ddddd (short date), dd/d, hh/h, nn/n, ss/s, AM/PM (12-hour clock);
+// mm or m right after an hour or right before a second is minutes. A
+// backslash or double quotes make text literal; any other character is
+// literal. Date variants and date texts are formatted; any other value comes
+// back as its text ("" for Null).
 std::string format_date(const Variant& v, std::string_view pattern);
 
-// OLE date <-> calendar fields.
+// OLE date <-> calendar fields. make_date carries overflowing fields over as
+// the platform does (month 13 is January of the next year, day 0 the
+// last day of the previous month) and raises 5 outside the years 100-9999;
+// date_parts rounds to the second and raises 6 outside that range.
 double make_date(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
 struct DateParts {
   int year, month, day, hour, minute, second;
@@ -82,14 +94,16 @@ double now();  // the current local date and time
 
 // --- Text functions (characters, not bytes) --------------------------------
 
+// Trim, LTrim and RTrim remove blanks (" ") only, as the platform did.
 std::string trim(std::string_view s);
 std::string ltrim(std::string_view s);
 std::string rtrim(std::string_view s);
 std::string ucase(std::string_view s);
 std::string lcase(std::string_view s);
 int32_t len(std::string_view s);
-// Mid(s, start[, length]); start is 1-based; raises 5 for start < 1 or a
-// negative length.
+// Mid(s, start[, length]); start is 1-based; length -1 means to the end;
+// raises 5 for start < 1 or any other negative length. Left/Right raise 5
+// for a negative length.
 std::string mid(std::string_view s, int32_t start, int32_t length = -1);
 std::string left(std::string_view s, int32_t length);
 std::string right(std::string_view s, int32_t length);
