@@ -11,24 +11,34 @@
 #   scripts/pg.sh connstr NAME     print the ODBC connection string of NAME
 #   scripts/pg.sh psql NAME [...]  psql on NAME
 #
-# Settings: QDR_PG_PORT (default 54329), QDR_PG_DIR (default <repo>/.pg).
+# Settings: QDR_PG_PORT (default 54329), QDR_PG_DIR (default <repo>/.pg, or
+# /var/tmp/qdr-pg-<hash of the repo path> when run as root on a checkout that
+# the "postgres" user cannot reach, e.g. under /root).
 # Every command may be run any number of times.
 set -euo pipefail
 
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 port=${QDR_PG_PORT:-54329}
-base=${QDR_PG_DIR:-$repo/.pg}
-data=$base/data
-sock=$base/run
-odbc=$base/odbc
 bindir=$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -n 1)
 [ -n "$bindir" ] || { echo "pg.sh: no PostgreSQL server installed (run scripts/setup.sh)" >&2; exit 1; }
 
 # The cluster belongs to a non-root user: ourselves, or "postgres" when root.
 if [ "$(id -u)" = 0 ]; then owner=postgres; else owner=$(id -un); fi
 as_owner() {
-  if [ "$(id -u)" = 0 ]; then runuser -u "$owner" -- "$@"; else "$@"; fi
+  # From /, which the owner can always enter, whatever our own directory is.
+  if [ "$(id -u)" = 0 ]; then (cd / && runuser -u "$owner" -- "$@"); else "$@"; fi
 }
+
+if [ -n "${QDR_PG_DIR:-}" ]; then
+  base=$QDR_PG_DIR
+elif [ "$(id -u)" != 0 ] || runuser -u "$owner" -- test -x "$repo" 2>/dev/null; then
+  base=$repo/.pg
+else
+  base=/var/tmp/qdr-pg-$(printf '%s' "$repo" | md5sum | cut -c1-12)
+fi
+data=$base/data
+sock=$base/run
+odbc=$base/odbc
 
 driver_path() {
   local f
@@ -56,7 +66,10 @@ CPTimeout=120
 UsageCount=1
 INI
   : >"$odbc/odbc.ini"
-  chmod -R a+rX "$base"
+  # Readable by everyone (the tests may run as another user); the data
+  # directory keeps the owner-only mode the server insists on.
+  chmod a+rx "$base" "$odbc"
+  chmod a+r "$odbc"/*.ini
 }
 
 start() {
@@ -66,6 +79,7 @@ start() {
     as_owner "$bindir/initdb" -D "$data" -U "$owner" --auth=trust -E UTF8 --locale=C.UTF-8 >/dev/null
   fi
   if ! as_owner "$bindir/pg_ctl" -D "$data" status >/dev/null 2>&1; then
+    as_owner chmod 700 "$data"  # an older version of this script opened it up
     as_owner "$bindir/pg_ctl" -D "$data" -l "$base/server.log" -w -t 60 \
       -o "-p $port -k $sock -c listen_addresses=127.0.0.1 -c fsync=off -c synchronous_commit=off -c full_page_writes=off" \
       start >/dev/null
@@ -100,10 +114,15 @@ createdb() {
   [[ $name =~ ^[a-z_][a-z0-9_]*$ ]] || { echo "pg.sh: bad database name '$name'" >&2; exit 2; }
   psql_on postgres -qtAX -c "DROP DATABASE IF EXISTS $name WITH (FORCE)" >/dev/null
   psql_on postgres -qtAX -c "CREATE DATABASE $name OWNER qdr ENCODING 'UTF8' TEMPLATE template0" >/dev/null
+  # Files run in name order (byte order, whatever the locale), each in one
+  # transaction; the first error stops the build and names its file.
   local dir f
   for dir in schema procedures seed; do
-    for f in $(ls "$repo/db/postgres/$dir"/*.sql 2>/dev/null | sort); do
-      psql_on "$name" -qtAX -f "$f" >/dev/null
+    for f in $(ls "$repo/db/postgres/$dir"/*.sql 2>/dev/null | LC_ALL=C sort); do
+      if ! psql_on "$name" -qtAX --single-transaction -f "$f" >/dev/null; then
+        echo "pg.sh: createdb $name: failed in ${f#"$repo"/}" >&2
+        exit 1
+      fi
     done
   done
   connstr "$name"
