@@ -53,8 +53,15 @@ BackendFactory find_factory(const std::string& provider) {
   std::lock_guard lock(r.mutex);
   const std::string key = lower(provider);
   if (auto it = r.factories.find(key); it != r.factories.end()) return it->second;
-  // Every SQL Server Native Client version (SQLNCLI, SQLNCLI10, SQLNCLI11).
-  if (key.rfind("sqlncli", 0) == 0) return odbc_provider();
+  // A version-qualified name ("SQLOLEDB.1") is the provider it qualifies.
+  if (const auto dot = key.rfind('.');
+      dot != std::string::npos && dot + 1 < key.size() &&
+      key.find_first_not_of("0123456789", dot + 1) == std::string::npos) {
+    if (auto it = r.factories.find(key.substr(0, dot)); it != r.factories.end()) return it->second;
+  }
+  // Every SQL Server Native Client version (SQLNCLI, SQLNCLI10, SQLNCLI11)
+  // and every OLE DB Driver version (MSOLEDBSQL, MSOLEDBSQL19).
+  if (key.rfind("sqlncli", 0) == 0 || key.rfind("msoledbsql", 0) == 0) return odbc_provider();
   return {};
 }
 

@@ -13,7 +13,7 @@
 #include <system_error>
 
 #include "infra/backend_registry.h"
-#include "tools/json_variant.h"
+#include "infra/json_variant.h"
 
 namespace qdr {
 

@@ -18,7 +18,7 @@
 // Any response may carry "match": "PREFIX"; the statement's text (for a
 // command, its call form "{ call NAME(?, ?) }") must then start with PREFIX
 // (letter case ignored) or the statement fails. Row values use the JSON form
-// of tools/json_variant.h (42 is a Long, 42.0 a Double,
+// of infra/json_variant.h (42 is a Long, 42.0 a Double,
 // {"$type":"Currency","value":1.5}, ...). Unknown keys are rejected.
 //
 // Every statement takes the next response, even one that fails its match;

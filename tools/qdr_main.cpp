@@ -12,7 +12,7 @@
 
 #include "qdr/dispatch.h"
 #include "qdr/qdr.h"
-#include "tools/json_variant.h"
+#include "infra/json_variant.h"
 
 namespace {
 

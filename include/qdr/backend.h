@@ -44,6 +44,9 @@ struct Statement {
   // a procedure call, which each data source renders in its own dialect.
   std::string sql;
   std::vector<Parameter> parameters;
+  // Seconds the data source may spend on the statement before giving up;
+  // 0 waits without limit.
+  int timeout = 0;
 };
 
 // The rows of one result set, all of them (the component reads through a

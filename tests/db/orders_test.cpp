@@ -16,7 +16,7 @@
 #include "qdr/dispatch.h"
 #include "qdr/qdr.h"
 #include "tests/support/test_env.h"
-#include "tools/json_variant.h"
+#include "infra/json_variant.h"
 
 namespace qdr {
 

@@ -13,7 +13,7 @@
 #include "qdr/qdr.h"
 #include "tests/support/replay_fixture.h"
 #include "tests/support/test_env.h"
-#include "tools/json_variant.h"
+#include "infra/json_variant.h"
 
 namespace qdr {
 

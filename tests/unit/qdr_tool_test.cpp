@@ -11,7 +11,7 @@
 
 #include "qdr/dispatch.h"
 #include "tests/support/test_env.h"
-#include "tools/json_variant.h"
+#include "infra/json_variant.h"
 
 namespace qdr {
 namespace {

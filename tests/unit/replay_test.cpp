@@ -8,7 +8,7 @@
 
 #include "infra/backend_registry.h"
 #include "tests/support/test_env.h"
-#include "tools/json_variant.h"
+#include "infra/json_variant.h"
 
 namespace qdr {
 namespace {

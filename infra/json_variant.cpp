@@ -1,4 +1,4 @@
-#include "tools/json_variant.h"
+#include "infra/json_variant.h"
 
 #include <algorithm>
 #include <chrono>
