@@ -24,8 +24,7 @@ const CallFrame kFrames[5] = {
      [](const ErrInfo& e) {
        return sql_layout(" - T318QDR.gMonta_Lista_Tab_Tipo_Incidente( ", e);
      }},
-    {"gGrava_Incidente",
-     "Problemas na Gravação do Incidente. Contacte o Administrador do Sistema.",
+    {"gGrava_Incidente", "Problemas na Gravação do Incidente. Contacte o Administrador do Sistema.",
      [](const ErrInfo& e) { return sql_layout(" - T318QDR.gGrava_Incidente( ", e); }},
     {"gConsulta_Porto_Ponto",
      "Problema na Consulta do Porto e Agente relacionados ao Usuário. Contacte o Administrador "
@@ -44,8 +43,8 @@ const CallFrame kFrames[5] = {
 };
 
 Variant run_call_frame(const CallFrame& frame, const Variant& connection,
-                       const Variant& database_kind, const Variant& user_id,
-                       Variant& outvntMsg_Ret, const std::function<bool()>& work) noexcept {
+                       const Variant& database_kind, const Variant& user_id, Variant& outvntMsg_Ret,
+                       const std::function<bool()>& work) noexcept {
   Variant result = Variant::integer(10);
   try {
     if (work()) result = Variant::integer(0);

@@ -26,7 +26,7 @@ extern const CallFrame kFrames[5];
 // and its detail are logged, and the detail reaches user id 1 only. Never
 // throws.
 Variant run_call_frame(const CallFrame& frame, const Variant& connection,
-                       const Variant& database_kind, const Variant& user_id,
-                       Variant& outvntMsg_Ret, const std::function<bool()>& work) noexcept;
+                       const Variant& database_kind, const Variant& user_id, Variant& outvntMsg_Ret,
+                       const std::function<bool()>& work) noexcept;
 
 }  // namespace qdr

@@ -148,8 +148,8 @@ class Recordset {
   // Cursor type, lock type and options are accepted as the routines pass
   // them; the cursor is always a client-side static one. A statement that
   // produces no result set leaves the recordset closed.
-  void Open(const std::string& source, const std::string& active_connection,
-            int cursor_type = -1, int lock_type = -1, int options = -1);
+  void Open(const std::string& source, const std::string& active_connection, int cursor_type = -1,
+            int lock_type = -1, int options = -1);
   void Open(const std::string& source, Connection& active_connection, int cursor_type = -1,
             int lock_type = -1, int options = -1);
 
@@ -158,7 +158,7 @@ class Recordset {
   bool Bof() const;  // raises 3704 when closed
   void MoveFirst();
   void MoveLast();
-  void MoveNext();  // raises 3021 past the end
+  void MoveNext();              // raises 3021 past the end
   int32_t RecordCount() const;  // exact; raises 3704 when closed
 
   // The current row's value of the column, found without regard to case.

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "infra/json_variant.h"
 #include "qdr/dispatch.h"
 #include "qdr/qdr.h"
-#include "infra/json_variant.h"
 
 namespace {
 

@@ -22,24 +22,23 @@ class QDR_EXPORT QDR {
   QDR& operator=(const QDR&) = delete;
 
   // Incident types that may be recorded for a service-order type record.
-  Variant gMonta_Lista_Tab_Tipo_Incidente(
-      Variant& invntConecta_db, Variant& invntBase_dados, Variant& invntUsuario_internet_id,
-      Variant& outvntTam_arr, Variant& outarrvntTab_Tipo_Incidente_id,
-      Variant& outarrvntDesc_Tipo_Incidente, Variant& outarrvntFlag_Selecionado,
-      Variant& invntOrdem_Servico_Tipo_Ident, Variant& OUTarrJustificativa,
-      Variant& OUTarrFlag_contr_canhoto, Variant& outvntMsg_Ret,
-      Variant& outarrflag_tipo_cadastro) noexcept;
+  Variant gMonta_Lista_Tab_Tipo_Incidente(Variant& invntConecta_db, Variant& invntBase_dados,
+                                          Variant& invntUsuario_internet_id, Variant& outvntTam_arr,
+                                          Variant& outarrvntTab_Tipo_Incidente_id,
+                                          Variant& outarrvntDesc_Tipo_Incidente,
+                                          Variant& outarrvntFlag_Selecionado,
+                                          Variant& invntOrdem_Servico_Tipo_Ident,
+                                          Variant& OUTarrJustificativa,
+                                          Variant& OUTarrFlag_contr_canhoto, Variant& outvntMsg_Ret,
+                                          Variant& outarrflag_tipo_cadastro) noexcept;
 
   // Records the ticked incidents of a service-order type record.
-  Variant gGrava_Incidente(Variant& invntConecta_db, Variant& invntBase_dados,
-                           Variant& invntUsuario_internet_id,
-                           Variant& invntOrdem_Servico_Tipo_Ident,
-                           Variant& InarrvntTab_Tipo_Incidente_id,
-                           Variant& inarrvntFlag_Selecionado, Variant& invntFlag_Grava_Observacao,
-                           Variant& invntTam_Arr, Variant& invntObservacao,
-                           Variant& INarrJustificativa, Variant& outvntMsg_Ret,
-                           Variant& inTAB_TIPO_ORDEM_SERVICO_iD,
-                           Variant& INarrflag_tipo_cadastro) noexcept;
+  Variant gGrava_Incidente(
+      Variant& invntConecta_db, Variant& invntBase_dados, Variant& invntUsuario_internet_id,
+      Variant& invntOrdem_Servico_Tipo_Ident, Variant& InarrvntTab_Tipo_Incidente_id,
+      Variant& inarrvntFlag_Selecionado, Variant& invntFlag_Grava_Observacao, Variant& invntTam_Arr,
+      Variant& invntObservacao, Variant& INarrJustificativa, Variant& outvntMsg_Ret,
+      Variant& inTAB_TIPO_ORDEM_SERVICO_iD, Variant& INarrflag_tipo_cadastro) noexcept;
 
   // The operation point and the ports of the user's branch.
   Variant gConsulta_Porto_Ponto(Variant& invntUsuario_internet_id, Variant& invntConecta_db,
@@ -51,28 +50,27 @@ class QDR_EXPORT QDR {
   Variant gConsulta_Ordem_Servico_Tipo(
       Variant& invntConecta_db, Variant& invntUsuario_internet_id, Variant& invntEmpresa_id,
       Variant& invntBanco_Dados, Variant& invntNome_Produto, Variant& invntOrdem_Servico_Tipo_ID,
-      Variant& outvntordem_servico_id, Variant& outvntDESCR_TIPO_SERVICO,
-      Variant& outvntFORNECEDOR, Variant& outvntdata_servico, Variant& outvntnum_os,
-      Variant& OUTvntData_Ini_Execucao, Variant& outvntHORA_INI_EXECUCAO,
-      Variant& OUTvntData_Fim_Execucao, Variant& outvntHORA_FIM_EXECUCAO,
-      Variant& outvntDESC_TAB_STATUS_PAGTO_OS, Variant& outarrvntSOLICIT_EMBARQUE_CONTAINER_ID,
-      Variant& outarrvntNUM_CONTAINER, Variant& outarrvntnum_lacre_cia_maritima,
-      Variant& outarrvntnum_lacre_receita_federal, Variant& outarrvntnum_lacre_min_saude,
-      Variant& outarrvntTara, Variant& outarrvntAGEND_CONTAINER_ID, Variant& outvntQtde_Sol_Cont,
-      Variant& ouvntObserv, Variant& outvntTAB_TIPO_ORDEM_SERVICO_iD,
-      Variant& arrTab_Tipo_Container_ID, Variant& outvntMsg_Ret,
-      Variant& outvntIndic_OS_Em_Pagamento, Variant& outvntIndic_Mostra_Campo_Terminal,
-      Variant& outvntTAB_TIPO_SERVICO_ID, Variant& OUTvntData_Retirada_Terminal,
-      Variant& outvntHora_Retirada_Terminal, Variant& OUTvntData_Entrega_Terminal,
-      Variant& outvntHora_Entrega_Terminal, Variant& outvntfornecedor_id,
-      Variant& outvntterminal_vazio_id, Variant& outvntterminal_cheio_id,
-      Variant& outvntflag_ctac_os, Variant& OUTarrPeso_Carga, Variant& OUTarrValor_NF,
-      Variant& OUTvntPlaca_Cavalo, Variant& outvntflag_contr_canhoto,
-      Variant& outvnttab_tipo_docto_id, Variant& outvntnum_documento,
-      Variant& outvntflag_num_docto, Variant& outvntNum_docto_Transp, Variant& outvntVeiculoID,
-      Variant& outvntMotoristaID, Variant& outvntMotoristaVeiculo, Variant& outvntCarreta1ID,
-      Variant& outvntCarreta1, Variant& outvntCarreta2ID, Variant& outvntCarreta2,
-      Variant& CarretaID, Variant& Carreta, Variant& outvntVeiculo) noexcept;
+      Variant& outvntordem_servico_id, Variant& outvntDESCR_TIPO_SERVICO, Variant& outvntFORNECEDOR,
+      Variant& outvntdata_servico, Variant& outvntnum_os, Variant& OUTvntData_Ini_Execucao,
+      Variant& outvntHORA_INI_EXECUCAO, Variant& OUTvntData_Fim_Execucao,
+      Variant& outvntHORA_FIM_EXECUCAO, Variant& outvntDESC_TAB_STATUS_PAGTO_OS,
+      Variant& outarrvntSOLICIT_EMBARQUE_CONTAINER_ID, Variant& outarrvntNUM_CONTAINER,
+      Variant& outarrvntnum_lacre_cia_maritima, Variant& outarrvntnum_lacre_receita_federal,
+      Variant& outarrvntnum_lacre_min_saude, Variant& outarrvntTara,
+      Variant& outarrvntAGEND_CONTAINER_ID, Variant& outvntQtde_Sol_Cont, Variant& ouvntObserv,
+      Variant& outvntTAB_TIPO_ORDEM_SERVICO_iD, Variant& arrTab_Tipo_Container_ID,
+      Variant& outvntMsg_Ret, Variant& outvntIndic_OS_Em_Pagamento,
+      Variant& outvntIndic_Mostra_Campo_Terminal, Variant& outvntTAB_TIPO_SERVICO_ID,
+      Variant& OUTvntData_Retirada_Terminal, Variant& outvntHora_Retirada_Terminal,
+      Variant& OUTvntData_Entrega_Terminal, Variant& outvntHora_Entrega_Terminal,
+      Variant& outvntfornecedor_id, Variant& outvntterminal_vazio_id,
+      Variant& outvntterminal_cheio_id, Variant& outvntflag_ctac_os, Variant& OUTarrPeso_Carga,
+      Variant& OUTarrValor_NF, Variant& OUTvntPlaca_Cavalo, Variant& outvntflag_contr_canhoto,
+      Variant& outvnttab_tipo_docto_id, Variant& outvntnum_documento, Variant& outvntflag_num_docto,
+      Variant& outvntNum_docto_Transp, Variant& outvntVeiculoID, Variant& outvntMotoristaID,
+      Variant& outvntMotoristaVeiculo, Variant& outvntCarreta1ID, Variant& outvntCarreta1,
+      Variant& outvntCarreta2ID, Variant& outvntCarreta2, Variant& CarretaID, Variant& Carreta,
+      Variant& outvntVeiculo) noexcept;
 
   // Closes a service order: checks, container rows, order fields, tracking.
   Variant gGrava_Fechamento(
@@ -88,11 +86,11 @@ class QDR_EXPORT QDR {
       Variant& arrTab_Tipo_Container_ID, Variant& outvntMsg_Ret, Variant& invntData_Retirada,
       Variant& invntHora_Retirada, Variant& invntData_Entrega, Variant& invntHora_Entrega,
       Variant& invntTab_Tipo_Servico_ID, Variant& invntIndic_Mostra_Campo_Terminal,
-      Variant& invntFornecedor_ID, Variant& invntterminal_vazio_id,
-      Variant& invntterminal_cheio_id, Variant& arrPeso, Variant& arrValorNF,
-      Variant& INvntPlaca_Cavalo, Variant& invnttab_tipo_docto_id, Variant& invntnum_documento,
-      Variant& invntflag_num_docto, Variant& invntVeiculoID, Variant& invntMotoristaID,
-      Variant& invntCarreta1ID, Variant& invntCarreta2ID, Variant& invntCarretaID,
+      Variant& invntFornecedor_ID, Variant& invntterminal_vazio_id, Variant& invntterminal_cheio_id,
+      Variant& arrPeso, Variant& arrValorNF, Variant& INvntPlaca_Cavalo,
+      Variant& invnttab_tipo_docto_id, Variant& invntnum_documento, Variant& invntflag_num_docto,
+      Variant& invntVeiculoID, Variant& invntMotoristaID, Variant& invntCarreta1ID,
+      Variant& invntCarreta2ID, Variant& invntCarretaID,
       Variant& invntflag_parametro_Cavalo_carreta_Moto) noexcept;
 };
 

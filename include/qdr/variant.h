@@ -13,8 +13,8 @@ namespace qdr {
 enum class VarType : uint16_t {
   Empty = 0,
   Null = 1,
-  Integer = 2,   // 16-bit signed
-  Long = 3,      // 32-bit signed
+  Integer = 2,  // 16-bit signed
+  Long = 3,     // 32-bit signed
   Double = 5,
   Currency = 6,  // 64-bit, four implied decimals
   Date = 7,      // days since 1899-12-30, time as the fraction
@@ -35,7 +35,7 @@ class QDR_EXPORT Variant {
   // Missing-argument error code that callers pass for an omitted argument.
   static constexpr int32_t kParamNotFound = static_cast<int32_t>(0x80020004u);
 
-  Variant() noexcept = default;  // Empty
+  Variant() noexcept = default;     // Empty
   Variant(int32_t value) noexcept;  // Long
   Variant(double value) noexcept;   // Double
   Variant(bool value) noexcept;     // Boolean

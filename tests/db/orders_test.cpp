@@ -12,11 +12,11 @@
 
 #include "closing/order_fields.h"
 #include "infra/backend_registry.h"
+#include "infra/json_variant.h"
 #include "infra/vb.h"
 #include "qdr/dispatch.h"
 #include "qdr/qdr.h"
 #include "tests/support/test_env.h"
-#include "infra/json_variant.h"
 
 namespace qdr {
 

@@ -1,9 +1,9 @@
 #include "tests/support/test_env.h"
 
+#include <unistd.h>
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
-#include <unistd.h>
 
 namespace qdr::test {
 

@@ -72,17 +72,19 @@ TEST(CallFrame, ForeignExceptionsAreTrappedToo) {
   Variant message;
   EXPECT_EQ(run(kFrames[3], 1, message, []() -> bool { throw std::runtime_error("boom"); }),
             Variant::integer(10));
-  EXPECT_EQ(message, Variant("Acesso ao Fechamento da OS não disponível. Favor tentar mais "
-                             "tarde. - T318QDR.gConsulta_Ordem_Servico_Tipo (boom : 440)   No Nº 0"));
+  EXPECT_EQ(message,
+            Variant("Acesso ao Fechamento da OS não disponível. Favor tentar mais "
+                    "tarde. - T318QDR.gConsulta_Ordem_Servico_Tipo (boom : 440)   No Nº 0"));
 }
 
 TEST(Dispatch, InterfaceTable) {
   const auto& table = methods();
   ASSERT_EQ(table.size(), 5u);
-  const std::pair<const char*, std::size_t> expected[] = {
-      {"gMonta_Lista_Tab_Tipo_Incidente", 12}, {"gGrava_Incidente", 13},
-      {"gConsulta_Porto_Ponto", 8},            {"gConsulta_Ordem_Servico_Tipo", 57},
-      {"gGrava_Fechamento", 44}};
+  const std::pair<const char*, std::size_t> expected[] = {{"gMonta_Lista_Tab_Tipo_Incidente", 12},
+                                                          {"gGrava_Incidente", 13},
+                                                          {"gConsulta_Porto_Ponto", 8},
+                                                          {"gConsulta_Ordem_Servico_Tipo", 57},
+                                                          {"gGrava_Fechamento", 44}};
   for (std::size_t i = 0; i < table.size(); ++i) {
     EXPECT_EQ(table[i].name, expected[i].first);
     EXPECT_EQ(table[i].parameters.size(), expected[i].second);

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "closing/order_fields.h"
+#include "infra/json_variant.h"
 #include "qdr/dispatch.h"
 #include "qdr/qdr.h"
 #include "tests/support/replay_fixture.h"
 #include "tests/support/test_env.h"
-#include "infra/json_variant.h"
 
 namespace qdr {
 

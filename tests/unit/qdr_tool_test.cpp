@@ -9,9 +9,9 @@
 #include <sstream>
 #include <string>
 
+#include "infra/json_variant.h"
 #include "qdr/dispatch.h"
 #include "tests/support/test_env.h"
-#include "infra/json_variant.h"
 
 namespace qdr {
 namespace {

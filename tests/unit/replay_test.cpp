@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "infra/backend_registry.h"
-#include "tests/support/test_env.h"
 #include "infra/json_variant.h"
+#include "tests/support/test_env.h"
 
 namespace qdr {
 namespace {
