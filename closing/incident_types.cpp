@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "closing/routine_support.h"
 #include "infra/ado.h"
 #include "infra/literals.h"
 #include "infra/logging.h"
@@ -29,12 +30,11 @@ bool mMonta_Lista_Tab_Tipo_Incidente(
   try {
     erl = 10;
     strSql = "EXECUTE SP_050_CON_LISTA_TIPO_INCIDENTE_OS01 " +
-             vb::text_of(gFormata_Numero_SQL(invntOrdem_Servico_Tipo_Ident)) + " ";
+             number_literal(invntOrdem_Servico_Tipo_Ident) + " ";
 
     erl = 20;
-    ado::Recordset rs;
-    rs.CursorLocation = ado::adUseClient;
-    rs.Open(strSql, vb::cstr(invntConecta_db), ado::adOpenStatic, ado::adLockReadOnly, -1);
+    ado::Recordset rs =
+        open_client_side(strSql, vb::cstr(invntConecta_db), ado::adOpenStatic, ado::adLockReadOnly);
 
     erl = 30;
     // An empty list is a success that leaves the caller's count and arrays

@@ -3,38 +3,14 @@
 #include <cstdint>
 #include <string>
 
+#include "closing/routine_support.h"
 #include "infra/ado.h"
-#include "infra/literals.h"
 #include "infra/logging.h"
 #include "infra/numbers.h"
 #include "infra/trap.h"
 #include "infra/vb.h"
 
 namespace qdr::closing {
-
-namespace {
-
-constexpr const char* kClosingUnavailable =
-    "Acesso ao Fechamento da OS não disponível. Favor tentar mais tarde.";
-
-std::string number_literal(const Variant& value) { return vb::cstr(gFormata_Numero_SQL(value)); }
-std::string text_literal(const Variant& value) { return vb::cstr(gFormata_Texto_SQL(value)); }
-std::string date_time_literal(const Variant& value) { return vb::cstr(gFormata_Data_SQL(value)); }
-
-// The technical detail of a trapped error, with the statement it ran.
-std::string trap_detail(const char* routine, const ErrInfo& error, int erl,
-                        const std::string& sql) {
-  return std::string(" - T318QDR.") + routine + " (" + error.description + " : " +
-         std::to_string(error.number) + ")  " + " No Nº " + std::to_string(erl) + "strsq: " + sql;
-}
-
-void open_client_side(ado::Recordset& rs, const std::string& sql, const Variant& connection,
-                      int cursor_type = -1, int lock_type = -1) {
-  rs.CursorLocation = ado::adUseClient;
-  rs.Open(sql, vb::text_of(connection), cursor_type, lock_type, -1);
-}
-
-}  // namespace
 
 bool mAltera_Campos_ORDEM_SERVICO_TIPO(
     Variant& invntConecta_db, Variant& invntUsuario_internet_id, Variant& /*invntEmpresa_id*/,
@@ -60,8 +36,7 @@ bool mAltera_Campos_ORDEM_SERVICO_TIPO(
           ", " + text_literal(invntnum_documento);
 
     erl = 2;
-    ado::Recordset rs;
-    open_client_side(rs, sql, invntConecta_db);
+    ado::Recordset rs = open_client_side(sql, vb::text_of(invntConecta_db));
 
     erl = 3;
     if (rs.State() == ado::adStateClosed || rs.Eof()) return false;
@@ -70,9 +45,10 @@ bool mAltera_Campos_ORDEM_SERVICO_TIPO(
     return written;
   } catch (...) {
     const ErrInfo error = current_error();
-    report_failure(outvntMsg_Ret, kClosingUnavailable,
-                   trap_detail("mAltera_Campos_ORDEM_SERVICO_TIPO", error, erl, sql),
-                   invntBanco_Dados, invntConecta_db, invntUsuario_internet_id);
+    report_failure(
+        outvntMsg_Ret, kClosingUnavailable,
+        trap_detail(" - T318QDR.mAltera_Campos_ORDEM_SERVICO_TIPO (", error, erl) + "strsq: " + sql,
+        invntBanco_Dados, invntConecta_db, invntUsuario_internet_id);
     return false;
   }
 }
@@ -89,8 +65,8 @@ bool mConsulta_Tipo_OS_Frac(Variant& INvntOrdem_Servico_ID, Variant& outarrAGEND
     sql = "EXEC SP_050_CONS_TIPO_OS_FRAC01   " + number_literal(INvntOrdem_Servico_ID);
 
     erl = 2;
-    ado::Recordset rs;
-    open_client_side(rs, sql, invntConecta_db, ado::adOpenStatic, ado::adLockReadOnly);
+    ado::Recordset rs =
+        open_client_side(sql, vb::text_of(invntConecta_db), ado::adOpenStatic, ado::adLockReadOnly);
 
     erl = 3;
     int32_t count = 0;
@@ -116,7 +92,8 @@ bool mConsulta_Tipo_OS_Frac(Variant& INvntOrdem_Servico_ID, Variant& outarrAGEND
     const ErrInfo error = current_error();
     gGrava_Log_Msg(
         invntBanco_Dados, invntConecta_db, invntUsuario_internet_id, Variant(1),
-        Variant(kClosingUnavailable + trap_detail("mConsulta_Tipo_OS_Frac", error, erl, sql)));
+        Variant(kClosingUnavailable +
+                trap_detail(" - T318QDR.mConsulta_Tipo_OS_Frac (", error, erl) + "strsq: " + sql));
     return false;
   }
 }
@@ -135,8 +112,7 @@ bool mVerifica_Tab_Parametro_Sistema(Variant& invntConecta_db, Variant& invntUsu
     sql = "EXEC SP_NVT_CON_PARAMETRO_SISTEMA " + number_literal(invntParametro_Sistema_ID);
 
     erl = 2;
-    ado::Recordset rs;
-    open_client_side(rs, sql, invntConecta_db);
+    ado::Recordset rs = open_client_side(sql, vb::text_of(invntConecta_db));
 
     erl = 4;
     if (rs.State() == ado::adStateClosed) {
@@ -168,9 +144,10 @@ bool mVerifica_Tab_Parametro_Sistema(Variant& invntConecta_db, Variant& invntUsu
     return true;
   } catch (...) {
     const ErrInfo error = current_error();
-    report_failure(outvntMsg_Ret, kClosingUnavailable,
-                   trap_detail("mVerifica_Tab_Parametro_Sistema", error, erl, sql),
-                   invntBanco_Dados, invntConecta_db, invntUsuario_internet_id);
+    report_failure(
+        outvntMsg_Ret, kClosingUnavailable,
+        trap_detail(" - T318QDR.mVerifica_Tab_Parametro_Sistema (", error, erl) + "strsq: " + sql,
+        invntBanco_Dados, invntConecta_db, invntUsuario_internet_id);
     return false;
   }
 }
@@ -186,8 +163,7 @@ bool mBusca_Terminal_VAS(Variant& invntConecta_db, Variant& invntUsuario_interne
     sql = "EXEC SP_050_CONS_TERMINAL_VAS_OS01 " + number_literal(INvntOrdem_Servico_ID);
 
     erl = 2;
-    ado::Recordset rs;
-    open_client_side(rs, sql, invntConecta_db);
+    ado::Recordset rs = open_client_side(sql, vb::text_of(invntConecta_db));
 
     erl = 5;
     // Deliberate: no result set at all is more lenient than an empty one.
@@ -216,8 +192,8 @@ bool mBusca_Terminal_VAS(Variant& invntConecta_db, Variant& invntUsuario_interne
     const ErrInfo error = current_error();
     report_failure(outvntMsg_Ret,
                    "Acesso aos dados do terminal VAS não disponível. Favor tentar mais tarde.",
-                   trap_detail("mBusca_Terminal_VAS", error, erl, sql), invntBanco_Dados,
-                   invntConecta_db, invntUsuario_internet_id);
+                   trap_detail(" - T318QDR.mBusca_Terminal_VAS (", error, erl) + "strsq: " + sql,
+                   invntBanco_Dados, invntConecta_db, invntUsuario_internet_id);
     return false;
   }
 }

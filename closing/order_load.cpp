@@ -5,6 +5,7 @@
 #include <limits>
 #include <string_view>
 
+#include "closing/routine_support.h"
 #include "infra/ado.h"
 #include "infra/command_text.h"
 #include "infra/literals.h"
@@ -17,8 +18,6 @@ namespace qdr::closing {
 
 namespace {
 
-constexpr const char* kClosingUnavailable =
-    "Acesso ao Fechamento da OS não disponível. Favor tentar mais tarde.";
 constexpr const char* kHeaderProcedure = "SP_050_CON_OS_FECHAMENTO03";
 
 Variant text_field(const ado::Recordset& rs, std::string_view column) {
@@ -37,14 +36,6 @@ Variant number_field(const ado::Recordset& rs, std::string_view column) {
 Variant tare_field(const ado::Recordset& rs, std::string_view column) {
   Variant places(2);
   return gFormata_Numero(Variant(numeric_value(rs.Fields(column))), Variant(""), places);
-}
-
-// The numeric-or-null literal the EXEC texts carry.
-std::string number_literal(const Variant& value) { return vb::cstr(gFormata_Numero_SQL(value)); }
-
-std::string trap_detail(const char* opening, const ErrInfo& error, int erl) {
-  return opening + error.description + " : " + std::to_string(error.number) + ")  " + " No Nº " +
-         std::to_string(erl);
 }
 
 }  // namespace
@@ -266,9 +257,8 @@ bool mConsulta_Sol_Cont_OS_Fecha(
   const std::string sql = "EXEC SP_050_CON_SOL_CONT_OS_FECHA03 " +
                           number_literal(invntOrdem_Servico_ID) + " , " +
                           number_literal(invntOrdem_Servico_Tipo_ID) + "  ";
-  ado::Recordset rs;
-  rs.CursorLocation = ado::adUseClient;
-  rs.Open(sql, invntConecta_db, ado::adOpenStatic, ado::adLockReadOnly, -1);
+  ado::Recordset rs =
+      open_client_side(sql, invntConecta_db, ado::adOpenStatic, ado::adLockReadOnly);
 
   if (!(rs.State() > ado::adStateClosed)) {
     outvntMsg_Ret = Variant(
@@ -307,9 +297,8 @@ bool mConsulta_OS_Ctac(const std::string& invntConecta_db, Variant& /*invntUsuar
                        Variant& outvntflag_ctac_os, Variant& outvntNum_docto_Transp,
                        Variant& /*outvntMsg_Ret*/) {
   const std::string sql = "EXEC SP_050_CON_OS_CTAC02 " + number_literal(invntOrdem_Servico_ID);
-  ado::Recordset rs;
-  rs.CursorLocation = ado::adUseClient;
-  rs.Open(sql, invntConecta_db, ado::adOpenStatic, ado::adLockReadOnly, -1);
+  ado::Recordset rs =
+      open_client_side(sql, invntConecta_db, ado::adOpenStatic, ado::adLockReadOnly);
 
   if (rs.Eof()) {
     outvntflag_ctac_os = Variant("N");

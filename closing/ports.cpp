@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "closing/routine_support.h"
 #include "infra/ado.h"
-#include "infra/literals.h"
 #include "infra/logging.h"
 #include "infra/numbers.h"
 #include "infra/trap.h"
@@ -30,13 +30,11 @@ bool gConsulta_Porto_Ponto(Variant& invntUsuario_internet_id, Variant& invntCone
   std::string strSql;
   try {
     erl = 10;
-    strSql = "EXEC SP_050_CON_PORTO_PONTO01   " +
-             vb::text_of(gFormata_Numero_SQL(invntUsuario_internet_id));
+    strSql = "EXEC SP_050_CON_PORTO_PONTO01   " + number_literal(invntUsuario_internet_id);
 
     erl = 20;
-    ado::Recordset rs;
-    rs.CursorLocation = ado::adUseClient;
-    rs.Open(strSql, vb::cstr(invntConecta_db), ado::adOpenStatic, ado::adLockReadOnly, -1);
+    ado::Recordset rs =
+        open_client_side(strSql, vb::cstr(invntConecta_db), ado::adOpenStatic, ado::adLockReadOnly);
 
     erl = 30;
     if (rs.Eof()) {

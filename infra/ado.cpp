@@ -1,5 +1,6 @@
 #include "infra/ado.h"
 
+#include "infra/ascii.h"
 #include "infra/backend_registry.h"
 #include "infra/sql_text.h"
 #include "qdr/error.h"
@@ -7,10 +8,6 @@
 namespace qdr::ado {
 
 namespace {
-
-// A recordset opened on a connection string gets the same limit as the
-// platform's default command timeout, so nothing waits forever.
-constexpr int kRecordsetTimeoutSeconds = 30;
 
 [[noreturn]] void raise(int32_t number) {
   switch (number) {
@@ -31,17 +28,6 @@ constexpr int kRecordsetTimeoutSeconds = 30;
                   "The connection cannot be used to perform this operation. It is either closed "
                   "or invalid in this context.");
   }
-}
-
-bool same_name(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    char x = a[i], y = b[i];
-    if (x >= 'a' && x <= 'z') x = static_cast<char>(x - 'a' + 'A');
-    if (y >= 'a' && y <= 'z') y = static_cast<char>(y - 'a' + 'A');
-    if (x != y) return false;
-  }
-  return true;
 }
 
 std::string with_credentials(const std::string& connection_string, const std::string& user_id,
@@ -191,7 +177,7 @@ const Variant& Recordset::Fields(std::string_view name) const {
   if (!result_) raise(adErrObjectClosed);
   const auto& columns = result_->columns;
   for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (!same_name(columns[i], name)) continue;
+    if (!ascii::iequals(columns[i], name)) continue;
     if (row_ >= result_->rows.size()) raise(adErrNoCurrentRecord);
     const auto& row = result_->rows[row_];
     if (i < row.size()) return row[i];
@@ -205,7 +191,7 @@ const Variant& Recordset::Fields(std::string_view name) const {
 bool Recordset::HasField(std::string_view name) const {
   if (!result_) raise(adErrObjectClosed);
   for (const auto& column : result_->columns)
-    if (same_name(column, name)) return true;
+    if (ascii::iequals(column, name)) return true;
   return false;
 }
 

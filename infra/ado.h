@@ -49,6 +49,10 @@ inline constexpr int adLongVarChar = 201;
 inline constexpr int adVarWChar = 202;
 inline constexpr int adLongVarWChar = 203;
 
+// The limit on a recordset's statement, in seconds (commands use their own
+// CommandTimeout). Pooled connections are kept with it already in force.
+inline constexpr int kRecordsetTimeoutSeconds = 30;
+
 // ADO's own error numbers.
 inline constexpr int32_t adErrItemNotFound = 3265;
 inline constexpr int32_t adErrNoCurrentRecord = 3021;

@@ -1,8 +1,8 @@
 #include "infra/backend_registry.h"
 
-#include <algorithm>
-#include <cctype>
 #include <mutex>
+
+#include "infra/ascii.h"
 
 namespace qdr {
 
@@ -16,12 +16,6 @@ struct Registry {
   std::mutex mutex;
   std::map<std::string, BackendFactory> factories;  // keys lower-cased
 };
-
-std::string lower(std::string s) {
-  std::transform(s.begin(), s.end(), s.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return s;
-}
 
 std::string trim_blanks(const std::string& s) {
   const auto first = s.find_first_not_of(" \t\r\n");
@@ -51,7 +45,7 @@ Registry& registry() {
 BackendFactory find_factory(const std::string& provider) {
   auto& r = registry();
   std::lock_guard lock(r.mutex);
-  const std::string key = lower(provider);
+  const std::string key = ascii::to_lower(provider);
   if (auto it = r.factories.find(key); it != r.factories.end()) return it->second;
   // A version-qualified name ("SQLOLEDB.1") is the provider it qualifies.
   if (const auto dot = key.rfind('.');
@@ -73,7 +67,7 @@ std::map<std::string, std::string> parse_connection_string(const std::string& te
   while (i < text.size()) {
     const auto eq = text.find('=', i);
     if (eq == std::string::npos) break;
-    std::string key = lower(trim_blanks(text.substr(i, eq - i)));
+    std::string key = ascii::to_lower(trim_blanks(text.substr(i, eq - i)));
     std::size_t j = eq + 1;
     while (j < text.size() && (text[j] == ' ' || text[j] == '\t')) ++j;
     std::string value;
@@ -97,13 +91,13 @@ std::map<std::string, std::string> parse_connection_string(const std::string& te
 void register_backend(const std::string& provider, BackendFactory factory) {
   auto& r = registry();
   std::lock_guard lock(r.mutex);
-  r.factories[lower(provider)] = std::move(factory);
+  r.factories[ascii::to_lower(provider)] = std::move(factory);
 }
 
 bool unregister_backend(const std::string& provider) {
   auto& r = registry();
   std::lock_guard lock(r.mutex);
-  return r.factories.erase(lower(provider)) > 0;
+  return r.factories.erase(ascii::to_lower(provider)) > 0;
 }
 
 std::unique_ptr<Session> open_session(const std::string& connection_string) {

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include <mutex>
 #include <system_error>
 
+#include "infra/ascii.h"
 #include "infra/backend_registry.h"
 #include "infra/json_variant.h"
 
@@ -76,16 +76,6 @@ std::string read_file(const std::string& path) {
   std::fclose(f);
   if (failed) raise("Replay script '" + path + "' cannot be read: " + errno_text(code));
   return content;
-}
-
-bool starts_with_ignoring_case(const std::string& text, const std::string& prefix) {
-  if (prefix.size() > text.size()) return false;
-  for (std::size_t i = 0; i < prefix.size(); ++i) {
-    const auto a = static_cast<unsigned char>(text[i]);
-    const auto b = static_cast<unsigned char>(prefix[i]);
-    if (std::tolower(a) != std::tolower(b)) return false;
-  }
-  return true;
 }
 
 Response parse_response(const Json& j, const std::string& where) {
@@ -239,7 +229,7 @@ class ReplaySession final : public Session {
       raise("Replay script '" + script_ + "' has no response left for: " + statement.text);
     const std::size_t number = ++script.next;
     const Response& r = script.responses[number - 1];
-    if (!r.match.empty() && !starts_with_ignoring_case(statement.text, r.match))
+    if (!r.match.empty() && !ascii::istarts_with(statement.text, r.match))
       raise("Replay script '" + script_ + "', response " + std::to_string(number) +
             " expects a statement starting with \"" + r.match + "\", not: " + statement.text);
     switch (r.kind) {

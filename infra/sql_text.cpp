@@ -5,6 +5,7 @@
 #include <optional>
 #include <system_error>
 
+#include "infra/ascii.h"
 #include "qdr/error.h"
 
 namespace qdr::sql_text {
@@ -19,17 +20,6 @@ bool is_name_start(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 
 bool is_name_char(char c) { return is_name_start(c) || (c >= '0' && c <= '9'); }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-bool same_word(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    char x = a[i], y = b[i];
-    if (x >= 'a' && x <= 'z') x = static_cast<char>(x - 'a' + 'A');
-    if (y >= 'a' && y <= 'z') y = static_cast<char>(y - 'a' + 'A');
-    if (x != y) return false;
-  }
-  return true;
-}
 
 struct Token {
   enum class Kind { Word, Named, Number, Text, Comma, Open, Close, Equals, Dot, Sign, End };
@@ -167,7 +157,7 @@ class Parser {
   const Token& next() { return tokens_[pos_ < tokens_.size() - 1 ? pos_++ : pos_]; }
 
   bool at_word(std::string_view word) const {
-    return peek().kind == Token::Kind::Word && same_word(peek().value, word);
+    return peek().kind == Token::Kind::Word && ascii::iequals(peek().value, word);
   }
   void expect_word(std::string_view word) {
     if (!at_word(word)) refuse("expected " + std::string(word) + " but found " + describe(peek()));
@@ -213,7 +203,7 @@ class Parser {
       const int size = static_cast<int>(value.size());
       return Parameter{"", 200, size, Variant(std::move(value))};
     }
-    if (token.kind == Token::Kind::Word && same_word(token.value, "null")) {
+    if (token.kind == Token::Kind::Word && ascii::iequals(token.value, "null")) {
       next();
       return Parameter{"", 0, 0, Variant::null()};
     }
@@ -263,7 +253,7 @@ void parse_insert(Parser& parser, Statement& statement) {
   parser.next();  // INSERT
   parser.expect_word("INTO");
   const std::string table = parser.name(false, "a table name");
-  if (!same_word(table, "LOG_MSG"))
+  if (!ascii::iequals(table, "LOG_MSG"))
     refuse("INSERT is only accepted into LOG_MSG, not into " + table);
   std::vector<std::string> columns;
   parser.expect(Token::Kind::Open, "(");
@@ -321,7 +311,7 @@ void parse_select(Parser& parser, Statement& statement) {
   const std::string column = parser.name(false, "a column name");
   parser.expect_word("FROM");
   const std::string table = parser.name(false, "a table name");
-  if (!same_word(table, "infra_ids"))
+  if (!ascii::iequals(table, "infra_ids"))
     refuse("SELECT is only accepted from infra_ids, not from " + table);
   parser.expect_end();
   statement.sql = "SELECT " + column + " FROM " + table;
@@ -331,7 +321,7 @@ void parse_select(Parser& parser, Statement& statement) {
 void parse_update(Parser& parser, Statement& statement) {
   parser.next();  // UPDATE
   const std::string table = parser.name(false, "a table name");
-  if (!same_word(table, "infra_ids"))
+  if (!ascii::iequals(table, "infra_ids"))
     refuse("UPDATE is only accepted on infra_ids, not on " + table);
   parser.expect_word("SET");
   const std::string column = parser.name(false, "a column name");

@@ -1,5 +1,7 @@
 #include "infra/validation.h"
 
+#include <compare>
+#include <optional>
 #include <string>
 
 #include "infra/literals.h"
@@ -12,22 +14,23 @@ namespace qdr {
 
 namespace {
 
-enum class Start { kAccept, kReject, kCheck };
-
 // The three steps every routine opens with; `erl` follows them (1 to 3).
-Start common_steps(const std::string& caption, Variant& value, const Variant& mandatory,
-                   Variant& message, int& erl) {
+// Gives the routine's answer when they decide it (an optional field left
+// empty, a mandatory one left empty), nothing when the routine's own rules
+// follow.
+std::optional<bool> common_steps(const std::string& caption, Variant& value,
+                                 const Variant& mandatory, Variant& message, int& erl) {
   erl = 1;
   if (!vb::text_of(value).empty()) value = gRetira_Caracteres_Especiais(value);
   const bool empty = vb::text_of(value).empty();
   erl = 2;
-  if (vb::eq(mandatory, Variant("N")) && empty) return Start::kAccept;
+  if (vb::eq(mandatory, Variant("N")) && empty) return true;
   erl = 3;
   if (empty) {
     message = Variant("Preencha " + caption);
-    return Start::kReject;
+    return false;
   }
-  return Start::kCheck;
+  return std::nullopt;
 }
 
 bool reject(Variant& message, std::string text) {
@@ -37,15 +40,33 @@ bool reject(Variant& message, std::string text) {
 
 bool given(const Variant& limit) { return !vb::text_of(limit).empty(); }
 
+// The closing pair of checks of a date, a time or a number: the value
+// against each limit that is given, at lines `erl_minimum` and the next.
+// `order(limit)` compares the value with a limit in the routine's own terms
+// (texts or numbers); an unordered pair passes both checks.
+template <typename Order>
+bool within_limits(const std::string& label, const Variant& minimum, const Variant& maximum,
+                   Order order, Variant& message, int& erl, int erl_minimum) {
+  erl = erl_minimum;
+  if (given(minimum) && order(minimum) < 0) {
+    return reject(message, label + " deve ser igual ou maior que " + vb::text_of(minimum));
+  }
+  erl = erl_minimum + 1;
+  if (given(maximum) && order(maximum) > 0) {
+    return reject(message, label + " deve ser igual ou menor que " + vb::text_of(maximum));
+  }
+  return true;
+}
+
 // The routine's fixed text, and for user id 1 the technical detail.
-bool trapped(const char* fixed_text, const char* opening, const Variant& user_id, Variant& message,
+bool trapped(const char* fixed_text, const char* routine, const Variant& user_id, Variant& message,
              int erl) noexcept {
   const ErrInfo error = current_error();
   try {
     std::string text = fixed_text;
     if (is_technical_user(user_id)) {
-      text += opening + std::to_string(error.number) + " : " + error.description + ")  " +
-              " No Nº " + std::to_string(erl);
+      text += std::string(" - KRNCCA.") + routine + " (" + std::to_string(error.number) + " : " +
+              error.description + ")  " + " No Nº " + std::to_string(erl);
     }
     message = Variant(std::move(text));
   } catch (...) {
@@ -63,42 +84,37 @@ std::string hour_format_message(const std::string& caption, const char* example)
          " com uma hora válida, com 5 dígitos, no formato hh:mm (Exemplo: " + example + ")";
 }
 
-// gConsiste_Inteiro and gConsiste_Numero differ only in the decimal comma.
+// gConsiste_Inteiro and gConsiste_Numero differ only in the decimal comma
+// and in their trap's texts.
 bool check_number(const Variant& caption, Variant& value, const Variant& minimum,
-                  const Variant& maximum, Variant& message, const Variant& mandatory,
-                  bool allow_comma, int& erl) {
-  const std::string label = vb::text_of(caption);
-  switch (common_steps(label, value, mandatory, message, erl)) {
-    case Start::kAccept:
-      return true;
-    case Start::kReject:
-      return false;
-    case Start::kCheck:
-      break;
+                  const Variant& maximum, const Variant& user_id, Variant& message,
+                  const Variant& mandatory, bool allow_comma, const char* fixed_text,
+                  const char* routine) noexcept {
+  int erl = 0;
+  try {
+    const std::string label = vb::text_of(caption);
+    if (const auto decided = common_steps(label, value, mandatory, message, erl)) return *decided;
+    const std::string text = vb::text_of(value);
+    erl = 4;
+    if (vb::instr(1, text, ".") > 0) {
+      return reject(message, "O campo " + label +
+                                 " não permite a digitação de números com uso de separador de "
+                                 "milhar(.)");
+    }
+    erl = 5;
+    if (!allow_comma && vb::instr(1, text, ",") > 0) {
+      return reject(message, "O campo " + label +
+                                 " não permite a digitação de números com casas decimais(,)");
+    }
+    erl = 6;
+    if (!vb::is_numeric(value)) return reject(message, "Preencha " + label + " com valor numérico");
+    const auto order = [&](const Variant& limit) {
+      return numeric_value(value) <=> numeric_value(limit);
+    };
+    return within_limits(label, minimum, maximum, order, message, erl, 7);
+  } catch (...) {
+    return trapped(fixed_text, routine, user_id, message, erl);
   }
-  const std::string text = vb::text_of(value);
-  erl = 4;
-  if (vb::instr(1, text, ".") > 0) {
-    return reject(message, "O campo " + label +
-                               " não permite a digitação de números com uso de separador de "
-                               "milhar(.)");
-  }
-  erl = 5;
-  if (!allow_comma && vb::instr(1, text, ",") > 0) {
-    return reject(message,
-                  "O campo " + label + " não permite a digitação de números com casas decimais(,)");
-  }
-  erl = 6;
-  if (!vb::is_numeric(value)) return reject(message, "Preencha " + label + " com valor numérico");
-  erl = 7;
-  if (given(minimum) && numeric_value(value) < numeric_value(minimum)) {
-    return reject(message, label + " deve ser igual ou maior que " + vb::text_of(minimum));
-  }
-  erl = 8;
-  if (given(maximum) && numeric_value(value) > numeric_value(maximum)) {
-    return reject(message, label + " deve ser igual ou menor que " + vb::text_of(maximum));
-  }
-  return true;
 }
 
 }  // namespace
@@ -109,14 +125,7 @@ bool gConsiste_Data(const Variant& caption, Variant& value, const Variant& minim
   int erl = 0;
   try {
     const std::string label = vb::text_of(caption);
-    switch (common_steps(label, value, mandatory, message, erl)) {
-      case Start::kAccept:
-        return true;
-      case Start::kReject:
-        return false;
-      case Start::kCheck:
-        break;
-    }
+    if (const auto decided = common_steps(label, value, mandatory, message, erl)) return *decided;
     const std::string text = vb::text_of(value);
     erl = 4;
     if (vb::len(text) != 10) {
@@ -140,18 +149,13 @@ bool gConsiste_Data(const Variant& caption, Variant& value, const Variant& minim
     // The limits are compared as "yyyy/mm/dd" texts, which orders them as
     // dates; a limit in another layout compares as whatever its characters
     // say, deliberately.
-    erl = 8;
-    if (given(minimum) && ymd < year_month_day(vb::text_of(minimum))) {
-      return reject(message, label + " deve ser igual ou maior que " + vb::text_of(minimum));
-    }
-    erl = 9;
-    if (given(maximum) && ymd > year_month_day(vb::text_of(maximum))) {
-      return reject(message, label + " deve ser igual ou menor que " + vb::text_of(maximum));
-    }
-    return true;
+    const auto order = [&](const Variant& limit) {
+      return ymd <=> year_month_day(vb::text_of(limit));
+    };
+    return within_limits(label, minimum, maximum, order, message, erl, 8);
   } catch (...) {
     return trapped("Acesso a consistência de datas não disponível. Favor tentar mais tarde. ",
-                   " - KRNCCA.gConsiste_Data (", user_id, message, erl);
+                   "gConsiste_Data", user_id, message, erl);
   }
 }
 
@@ -161,14 +165,7 @@ bool gConsiste_Hora(const Variant& caption, Variant& value, const Variant& minim
   int erl = 0;
   try {
     const std::string label = vb::text_of(caption);
-    switch (common_steps(label, value, mandatory, message, erl)) {
-      case Start::kAccept:
-        return true;
-      case Start::kReject:
-        return false;
-      case Start::kCheck:
-        break;
-    }
+    if (const auto decided = common_steps(label, value, mandatory, message, erl)) return *decided;
     const std::string text = vb::text_of(value);
     const Variant hours(vb::mid(text, 1, 2));
     const Variant minutes(vb::mid(text, 4, 2));
@@ -196,45 +193,30 @@ bool gConsiste_Hora(const Variant& caption, Variant& value, const Variant& minim
     }
     // Times are compared as texts, as everywhere else in the closing.
     const std::string compared = vb::text_of(comparison).empty() ? text : vb::text_of(comparison);
-    erl = 11;
-    if (given(minimum) && compared < vb::text_of(minimum)) {
-      return reject(message, label + " deve ser igual ou maior que " + vb::text_of(minimum));
-    }
-    erl = 12;
-    if (given(maximum) && compared > vb::text_of(maximum)) {
-      return reject(message, label + " deve ser igual ou menor que " + vb::text_of(maximum));
-    }
-    return true;
+    const auto order = [&](const Variant& limit) { return compared <=> vb::text_of(limit); };
+    return within_limits(label, minimum, maximum, order, message, erl, 11);
   } catch (...) {
     return trapped("Acesso a consistência de Hora não disponível. Favor tentar mais tarde. ",
-                   " - KRNCCA.gConsiste_Hora (", user_id, message, erl);
+                   "gConsiste_Hora", user_id, message, erl);
   }
 }
 
 bool gConsiste_Inteiro(const Variant& caption, Variant& value, const Variant& minimum,
                        const Variant& maximum, const Variant& user_id, Variant& message,
                        const Variant& mandatory) {
-  int erl = 0;
-  try {
-    return check_number(caption, value, minimum, maximum, message, mandatory, false, erl);
-  } catch (...) {
-    return trapped(
-        "Acesso a consistência de campo inteiro não disponível. Favor tentar mais tarde. ",
-        " - KRNCCA.gConsiste_Inteiro (", user_id, message, erl);
-  }
+  return check_number(
+      caption, value, minimum, maximum, user_id, message, mandatory, false,
+      "Acesso a consistência de campo inteiro não disponível. Favor tentar mais tarde. ",
+      "gConsiste_Inteiro");
 }
 
 bool gConsiste_Numero(const Variant& caption, Variant& value, const Variant& minimum,
                       const Variant& maximum, const Variant& user_id, Variant& message,
                       const Variant& mandatory) {
-  int erl = 0;
-  try {
-    return check_number(caption, value, minimum, maximum, message, mandatory, true, erl);
-  } catch (...) {
-    return trapped(
-        "Acesso a consistência de campo numérico não disponível. Favor tentar mais tarde. ",
-        " - KRNCCA.gConsiste_Numero (", user_id, message, erl);
-  }
+  return check_number(
+      caption, value, minimum, maximum, user_id, message, mandatory, true,
+      "Acesso a consistência de campo numérico não disponível. Favor tentar mais tarde. ",
+      "gConsiste_Numero");
 }
 
 bool gConsiste_String(const Variant& caption, Variant& value, const Variant& maximum_length,
@@ -242,14 +224,7 @@ bool gConsiste_String(const Variant& caption, Variant& value, const Variant& max
   int erl = 0;
   try {
     const std::string label = vb::text_of(caption);
-    switch (common_steps(label, value, mandatory, message, erl)) {
-      case Start::kAccept:
-        return true;
-      case Start::kReject:
-        return false;
-      case Start::kCheck:
-        break;
-    }
+    if (const auto decided = common_steps(label, value, mandatory, message, erl)) return *decided;
     erl = 4;
     const double limit = numeric_value(maximum_length);
     if (limit > 0 && vb::len(vb::text_of(value)) > limit) {
@@ -261,7 +236,7 @@ bool gConsiste_String(const Variant& caption, Variant& value, const Variant& max
     // Deliberate: this text says "disponível" without "não", as it always has.
     return trapped(
         "Acesso a consistência de campos alfanuméricos disponível. Favor tentar mais tarde. ",
-        " - KRNCCA.gConsiste_String (", user_id, message, erl);
+        "gConsiste_String", user_id, message, erl);
   }
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "infra/ascii.h"
 #include "infra/json_variant.h"
 #include "qdr/dispatch.h"
 #include "qdr/qdr.h"
@@ -115,12 +116,6 @@ int rejected(const std::string& why) {
   return kRejected;
 }
 
-std::string lower(std::string s) {
-  for (char& c : s)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return s;
-}
-
 const qdr::MethodInfo* method_or_complain(const std::string& name) {
   const qdr::MethodInfo* info = qdr::find_method(name);
   if (info == nullptr) rejected("unknown method \"" + name + "\" ('qdr methods' lists them)");
@@ -166,7 +161,8 @@ int call(const std::string& method, bool pretty) {
     if (i == names.size()) {
       std::string why = method + " has no parameter \"" + item.key() + "\"";
       for (const auto& name : names)
-        if (lower(name) == lower(item.key())) why += " (did you mean \"" + name + "\"?)";
+        if (qdr::ascii::to_lower(name) == qdr::ascii::to_lower(item.key()))
+          why += " (did you mean \"" + name + "\"?)";
       return rejected(why);
     }
     try {

@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <map>
 
+#include "infra/ascii.h"
 #include "infra/backend_registry.h"
 #include "qdr/error.h"
 
@@ -41,14 +42,8 @@ std::string driver_name(const char* variable, const char* fallback) {
   return value && *value ? value : fallback;
 }
 
-std::string lower(std::string s) {
-  for (auto& c : s)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return s;
-}
-
 bool is_true(const std::string& value) {
-  const std::string v = lower(value);
+  const std::string v = ascii::to_lower(value);
   return v == "true" || v == "yes" || v == "sspi" || v == "1";
 }
 
@@ -71,7 +66,10 @@ std::string sql_server(const Attributes& attributes) {
   }
   const std::string encrypt = first_of(attributes, {"use encryption for data", "encrypt"});
   if (!encrypt.empty())
-    add(out, "Encrypt", is_true(encrypt) ? "yes" : lower(encrypt) == "false" ? "no" : encrypt);
+    add(out, "Encrypt",
+        is_true(encrypt)                      ? "yes"
+        : ascii::to_lower(encrypt) == "false" ? "no"
+                                              : encrypt);
   const std::string trust =
       first_of(attributes, {"trust server certificate", "trustservercertificate"});
   if (!trust.empty()) add(out, "TrustServerCertificate", is_true(trust) ? "yes" : "no");
@@ -106,7 +104,7 @@ std::string postgresql(const Attributes& attributes) {
 }  // namespace
 
 std::string odbc_string_for_provider(const std::map<std::string, std::string>& attributes) {
-  const std::string provider = lower(first_of(attributes, {"provider"}));
+  const std::string provider = ascii::to_lower(first_of(attributes, {"provider"}));
   if (provider.rfind("sqloledb", 0) == 0 || provider.rfind("msoledbsql", 0) == 0 ||
       provider.rfind("sqlncli", 0) == 0)
     return sql_server(attributes);

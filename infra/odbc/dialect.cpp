@@ -1,19 +1,10 @@
 #include "infra/odbc/dialect.h"
 
-#include <cctype>
+#include "infra/ascii.h"
 
 namespace qdr::odbc {
 
 namespace {
-
-bool same_text(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (std::tolower(static_cast<unsigned char>(a[i])) !=
-        std::tolower(static_cast<unsigned char>(b[i])))
-      return false;
-  return true;
-}
 
 bool by_name(const Statement& statement, const Parameter& parameter) {
   return statement.kind == Statement::Kind::Text && !parameter.name.empty();
@@ -50,8 +41,8 @@ std::string escape_call(const Statement& statement) {
 }  // namespace
 
 Dialect dialect_for(std::string_view dbms_name) {
-  if (same_text(dbms_name, "Microsoft SQL Server")) return Dialect::SqlServer;
-  if (same_text(dbms_name, "PostgreSQL")) return Dialect::PostgreSql;
+  if (ascii::iequals(dbms_name, "Microsoft SQL Server")) return Dialect::SqlServer;
+  if (ascii::iequals(dbms_name, "PostgreSQL")) return Dialect::PostgreSql;
   return Dialect::Generic;
 }
 

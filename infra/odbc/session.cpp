@@ -5,6 +5,8 @@
 #include <mutex>
 #include <set>
 
+#include "infra/ado.h"
+#include "infra/ascii.h"
 #include "infra/backend_registry.h"
 #include "infra/odbc/environment.h"
 #include "infra/odbc/values.h"
@@ -16,12 +18,6 @@ namespace qdr::odbc {
 namespace {
 
 SQLPOINTER integer_attribute(uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
-
-std::string lower_ascii(std::string s) {
-  for (auto& c : s)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return s;
-}
 
 // What each name is, per connection string. Shared by every session of the
 // process so the catalog is asked once, not on every call.
@@ -52,7 +48,7 @@ RoutineKinds& routine_kinds() {
 }
 
 std::string routine_key(const std::string& connection_string, const std::string& procedure) {
-  return connection_string + '\n' + lower_ascii(procedure);
+  return connection_string + '\n' + ascii::to_lower(procedure);
 }
 
 // Unquoted names fold to lower case on PostgreSQL, as the call will.
@@ -108,15 +104,20 @@ void OdbcSession::reset() noexcept {
   SQLHANDLE raw = SQL_NULL_HANDLE;
   if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, connection_.get(), &raw))) return;
   StatementHandle statement(raw);
-  // Explicitly no timeout: psqlODBC applies a query timeout with "SET
-  // statement_timeout" and remembers the value it set, so the reset runs
-  // with 0, the value RESET ALL leaves, and the driver's memory stays true.
-  SQLSetStmtAttr(statement.get(), SQL_ATTR_QUERY_TIMEOUT, integer_attribute(0), SQL_IS_UINTEGER);
+  // psqlODBC applies a query timeout with "SET statement_timeout" before a
+  // statement whenever the value differs from the one it set last. Every
+  // connection goes back to the pool with the recordsets' usual limit both
+  // set and remembered, so the next routine's statement costs no extra
+  // round trip: the reset runs under that limit and ends by setting it.
+  SQLSetStmtAttr(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
+                 integer_attribute(static_cast<uintptr_t>(ado::kRecordsetTimeoutSeconds)),
+                 SQL_IS_UINTEGER);
   // RESET ALL also undoes what psqlODBC itself set when it connected, and
   // it reads dates and floats back in those formats: they are set again.
+  static_assert(ado::kRecordsetTimeoutSeconds == 30, "the reset below sets 30000 ms");
   SQLCHAR sql[] =
       "SET SESSION AUTHORIZATION DEFAULT; RESET ALL; SET DateStyle = 'ISO'; "
-      "SET extra_float_digits = 2";
+      "SET extra_float_digits = 2; SET statement_timeout = 30000";
   SQLExecDirect(statement.get(), sql, SQL_NTS);
 }
 
@@ -177,9 +178,10 @@ RoutineKind OdbcSession::routine_kind(const std::string& procedure) {
   if (auto known = routine_kinds().find(key)) return *known;
 
   const auto dot = procedure.find('.');
-  const std::string schema = dot == std::string::npos ? "" : lower_ascii(procedure.substr(0, dot));
+  const std::string schema =
+      dot == std::string::npos ? "" : ascii::to_lower(procedure.substr(0, dot));
   const std::string name =
-      lower_ascii(dot == std::string::npos ? procedure : procedure.substr(dot + 1));
+      ascii::to_lower(dot == std::string::npos ? procedure : procedure.substr(dot + 1));
   Statement query;
   query.kind = Statement::Kind::Text;
   query.timeout = 30;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "infra/ado.h"
+#include "infra/ascii.h"
 #include "infra/vb.h"
 #include "qdr/error.h"
 
@@ -200,22 +201,13 @@ struct Column {
   Reader reader = Reader::Text;
 };
 
-bool same_text(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    char x = a[i], y = b[i];
-    if (x >= 'A' && x <= 'Z') x = static_cast<char>(x - 'A' + 'a');
-    if (y >= 'A' && y <= 'Z') y = static_cast<char>(y - 'A' + 'a');
-    if (x != y) return false;
-  }
-  return true;
-}
-
 Reader reader_for(SQLSMALLINT sql_type, std::string_view type_name) {
   // Drivers report money and booleans under general types (psqlODBC: money
   // as SQL_FLOAT, bool as SQL_VARCHAR), so their type names decide first.
-  if (same_text(type_name, "money") || same_text(type_name, "smallmoney")) return Reader::Money;
-  if (same_text(type_name, "bool") || same_text(type_name, "boolean")) return Reader::Boolean;
+  if (ascii::iequals(type_name, "money") || ascii::iequals(type_name, "smallmoney"))
+    return Reader::Money;
+  if (ascii::iequals(type_name, "bool") || ascii::iequals(type_name, "boolean"))
+    return Reader::Boolean;
   switch (sql_type) {
     case SQL_TINYINT:
     case SQL_SMALLINT:
@@ -355,8 +347,8 @@ Variant read_value(const StatementHandle& statement, SQLUSMALLINT column, Reader
       auto text = read_text(statement, column);
       if (!text) return Variant::null();
       const std::string& t = *text;
-      return Variant(t == "1" || same_text(t, "t") || same_text(t, "true") || same_text(t, "y") ||
-                     same_text(t, "yes") || same_text(t, "on"));
+      return Variant(t == "1" || ascii::iequals(t, "t") || ascii::iequals(t, "true") ||
+                     ascii::iequals(t, "y") || ascii::iequals(t, "yes") || ascii::iequals(t, "on"));
     }
     case Reader::Date: {
       auto v = read_fixed<SQL_TIMESTAMP_STRUCT>(statement, column, SQL_C_TYPE_TIMESTAMP);

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <functional>
 #include <string>
 #include <vector>
@@ -20,12 +19,8 @@ namespace {
 
 using namespace qdr::ado;
 
-class OdbcTest : public ::testing::Test {
+class OdbcTest : public test::DbTest {
  protected:
-  void SetUp() override {
-    connection_ = test::db_connection();
-    if (connection_.empty()) GTEST_SKIP() << "QDR_TEST_CONNECTION is not set";
-  }
   Recordset open(const std::string& text) {
     Recordset rs;
     rs.CursorLocation = adUseClient;
@@ -36,22 +31,7 @@ class OdbcTest : public ::testing::Test {
     Recordset rs = open("EXEC sp_test_count_calls " + std::to_string(value));
     return rs.Fields("calls").as_long();
   }
-  std::string connection_;
 };
-
-// Runs `check` under a decimal-comma and a decimal-point locale: drivers
-// format and parse some values with the process locale.
-void under_both_locales(const std::function<void()>& check) {
-  for (const char* name : {"pt_BR.UTF-8", "en_US.UTF-8"}) {
-    test::ScopedLocale locale(name);
-    if (!locale.ok()) {
-      ADD_FAILURE() << name << " is not installed";
-      continue;
-    }
-    SCOPED_TRACE(name);
-    check();
-  }
-}
 
 DatabaseError database_error(const std::function<void()>& action) {
   try {
@@ -64,7 +44,7 @@ DatabaseError database_error(const std::function<void()>& action) {
 }
 
 TEST_F(OdbcTest, AnExecTextReadsTypedColumnsAndNulls) {
-  under_both_locales([&] {
+  test::under_both([&](int) {
     Recordset rs = open("EXEC sp_test_types");
     ASSERT_EQ(rs.State(), adStateOpen);
     EXPECT_EQ(rs.RecordCount(), 2);
@@ -72,8 +52,9 @@ TEST_F(OdbcTest, AnExecTextReadsTypedColumnsAndNulls) {
       const char* column;
       Variant expected;
     };
+    // One column of each type the routines read; field names in any case.
     const std::vector<Row> rows = {
-        {"small", Variant::integer(7)},  // field names in any case
+        {"small", Variant::integer(7)},
         {"WHOLE", Variant(123456)},
         {"big_fit", Variant(42)},
         {"big_wide", Variant(9000000000.0)},
@@ -85,8 +66,7 @@ TEST_F(OdbcTest, AnExecTextReadsTypedColumnsAndNulls) {
         {"moment", Variant::date(vb::make_date(2024, 1, 31, 10, 20, 30))},
         {"flag", Variant(true)},
         {"label", Variant("não")},
-        {"note", Variant("Nº 5")},
-    };
+        {"note", Variant("Nº 5")}};
     for (const auto& row : rows) {
       const Variant& got = rs.Fields(row.column);
       EXPECT_TRUE(got == row.expected) << row.column << ": type " << static_cast<int>(got.type());
@@ -99,7 +79,7 @@ TEST_F(OdbcTest, AnExecTextReadsTypedColumnsAndNulls) {
 }
 
 TEST_F(OdbcTest, LiteralsReachTheDatabaseAsBoundValuesOfTheDeclaredTypes) {
-  under_both_locales([&] {
+  test::under_both([&](int) {
     struct Row {
       std::string text;
       Variant whole, amount, texto, quando;
@@ -148,11 +128,10 @@ TEST_F(OdbcTest, AProcedureOrVoidFunctionLeavesTheRecordsetClosed) {
 }
 
 TEST_F(OdbcTest, StoredProcedureCommandsRunWithTypedParameters) {
-  under_both_locales([&] {
+  test::under_both([&](int) {
     Connection connection;
     connection.CursorLocation = adUseClient;
     connection.Open(connection_);
-    ASSERT_EQ(connection.State(), adStateOpen);
 
     Command command;
     command.ActiveConnection(connection);
@@ -176,7 +155,7 @@ TEST_F(OdbcTest, StoredProcedureCommandsRunWithTypedParameters) {
     EXPECT_TRUE(rs.Fields("texto") == Variant("Nº não"));
     EXPECT_TRUE(rs.Fields("quando") == Variant::date(vb::make_date(2024, 2, 29, 23, 59, 58)));
 
-    // A double goes through the driver's own formatting.
+    // A double goes through the driver's own formatting, under either locale.
     command.Parameters().Item(1).Type = adDouble;
     command.Parameters().Item(1).Value = Variant(2.25);
     EXPECT_TRUE(command.Execute().Fields("amount") == Variant(2.25));
@@ -185,20 +164,6 @@ TEST_F(OdbcTest, StoredProcedureCommandsRunWithTypedParameters) {
     command.Parameters().Item(2).Value = Variant::null();
     Recordset nulls = command.Execute();
     EXPECT_TRUE(nulls.Fields("nulls") == Variant(2));
-
-    const int32_t before = calls(902);
-    Command procedure;
-    procedure.ActiveConnection(connection);
-    procedure.CommandType = adCmdStoredProc;
-    procedure.CommandText("sp_test_record");
-    procedure.Parameters().Append(
-        procedure.CreateParameter("p_value", adInteger, adParamInput, 10, Variant(902)));
-    procedure.Parameters().Append(
-        procedure.CreateParameter("p_note", adVarChar, adParamInput, 40, Variant("command")));
-    EXPECT_EQ(procedure.CommandText(), "{ call sp_test_record(?, ?) }");
-    EXPECT_EQ(procedure.Execute().State(), adStateClosed);
-    connection.Close();
-    EXPECT_EQ(calls(902), before + 1);
   });
 }
 
@@ -221,29 +186,6 @@ TEST_F(OdbcTest, APooledConnectionComesBackClean) {
   EXPECT_TRUE(after.Fields("in_transaction") == Variant(false));
 }
 
-TEST_F(OdbcTest, TheComponentsPlainStatementsRunWithBoundLiterals) {
-  const std::string marker = "datalayer test " + std::to_string(::time(nullptr));
-  Recordset insert = open(
-      "INSERT INTO LOG_MSG ( TAB_TIPO_MSG_ID, USUARIO_INTERNET_ID ,  DATA_LOG    ,  MSG01       ,"
-      "  MSG02       ,  MSG03       ,  MSG04       ,  MSG05       )  VALUES ( 9 , 1 ,  GETDATE() , "
-      "'" +
-      marker + "' , 'não' , '' , null , null ) ");
-  EXPECT_EQ(insert.State(), adStateClosed);
-  Recordset logged = open("EXEC sp_test_log_rows '" + marker + "'");
-  EXPECT_TRUE(logged.Fields("found") == Variant(1));
-  EXPECT_TRUE(logged.Fields("kind") == Variant(9));
-  EXPECT_TRUE(logged.Fields("recent") == Variant(true));
-
-  Recordset counter = open("SELECT  parametro_job_id FROM infra_ids ");
-  ASSERT_EQ(counter.RecordCount(), 1);
-  const int32_t value = counter.Fields("PARAMETRO_JOB_ID").as_long();
-  EXPECT_EQ(open("UPDATE infra_ids SET parametro_job_id = " + std::to_string(value + 1)).State(),
-            adStateClosed);
-  EXPECT_TRUE(open("SELECT  parametro_job_id FROM infra_ids ").Fields("parametro_job_id") ==
-              Variant(value + 1));
-  open("UPDATE infra_ids SET parametro_job_id = " + std::to_string(value));
-}
-
 TEST_F(OdbcTest, TheOleDbFormForPostgreSqlReachesTheSameDatabase) {
   const auto odbc = parse_connection_string(connection_);
   const std::string oledb = "Provider=PostgreSQL;Data Source=" + odbc.at("servername") +
@@ -252,8 +194,6 @@ TEST_F(OdbcTest, TheOleDbFormForPostgreSqlReachesTheSameDatabase) {
   Recordset rs;
   rs.Open("EXEC sp_test_rows 3", oledb);
   EXPECT_EQ(rs.RecordCount(), 3);
-  rs.MoveLast();
-  EXPECT_TRUE(rs.Fields("n") == Variant(3));
 }
 
 TEST_F(OdbcTest, FailuresAreDatabaseErrors) {

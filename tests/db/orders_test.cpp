@@ -3,30 +3,25 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <ostream>
 #include <stdexcept>
 #include <string>
-#include <string_view>
-#include <vector>
+#include <utility>
 
 #include "closing/order_fields.h"
 #include "infra/backend_registry.h"
-#include "infra/json_variant.h"
 #include "infra/vb.h"
-#include "qdr/dispatch.h"
-#include "qdr/qdr.h"
+#include "tests/support/order_args.h"
 #include "tests/support/test_env.h"
+#include "tests/support/variant_json.h"
 
 namespace qdr {
-
-// Failed comparisons of variants print them as JSON (internal linkage: each
-// test file has its own).
-[[maybe_unused]] static void PrintTo(const Variant& value, std::ostream* out) {
-  *out << ::qdr::json::dump(::qdr::json::to_json(value));
-}
-
 namespace {
+
+using test::CommonArgs;
+using test::elements;
+using test::OrderLoad;
+using test::shown;
+using test::values;
 
 const Variant kOk = Variant::integer(0);
 const Variant kFailed = Variant::integer(10);
@@ -42,55 +37,10 @@ std::string scalar(const std::string& sql) {
   return vb::text_of(result->rows.at(0).at(0));
 }
 
-// The 57 arguments of gConsulta_Ordem_Servico_Tipo, addressed by name.
-class Load {
- public:
-  Load(const std::string& connection, int user, Variant key)
-      : names_(find_method("gConsulta_Ordem_Servico_Tipo")->parameters), args_(names_.size()) {
-    (*this)["invntConecta_db"] = Variant(connection);
-    (*this)["invntUsuario_internet_id"] = Variant(user);
-    (*this)["invntEmpresa_id"] = Variant(1);
-    (*this)["invntBanco_Dados"] = Variant("SQLSERVER");
-    (*this)["invntNome_Produto"] = Variant("Fechamento de OS");
-    (*this)["invntOrdem_Servico_Tipo_ID"] = std::move(key);
-  }
-  Variant& operator[](std::string_view name) {
-    for (std::size_t i = 0; i < names_.size(); ++i)
-      if (names_[i] == name) return args_[i];
-    throw std::invalid_argument(std::string(name));
-  }
-  Variant call() {
-    QDR object;
-    return invoke(object, "gConsulta_Ordem_Servico_Tipo", args_);
-  }
-
- private:
-  std::vector<std::string> names_;
-  std::vector<Variant> args_;
-};
-
-// Variants as JSON text, subtype included, so that a failed comparison
-// reads well.
-std::string shown(const Variant& value) { return ::qdr::json::dump(::qdr::json::to_json(value)); }
-std::string elements(const Variant& array) { return shown(array); }
-std::string values(std::initializer_list<Variant> list) {
-  Variant array = Variant::array(0, static_cast<int32_t>(list.size()) - 1);
-  int32_t i = 0;
-  for (const Variant& v : list) array.at(i++) = v;
-  return shown(array);
-}
-
-class Orders : public ::testing::Test {
- protected:
-  void SetUp() override {
-    connection_ = test::db_connection();
-    if (connection_.empty()) GTEST_SKIP() << "QDR_TEST_CONNECTION not set";
-  }
-  std::string connection_;
-};
+class Orders : public test::DbTest {};
 
 TEST_F(Orders, LoadsAnOrderWithContainersAndCtac) {
-  Load load(connection_, 2, Variant(101));
+  OrderLoad load(connection_, 2, Variant(101));
   ASSERT_EQ(load.call(), kOk) << load["outvntMsg_Ret"].as_string();
 
   const std::pair<const char*, Variant> outputs[] = {
@@ -164,7 +114,7 @@ TEST_F(Orders, LoadsAnOrderWithContainersAndCtac) {
 TEST_F(Orders, DecimalsSurviveADecimalCommaLocale) {
   test::ScopedLocale locale("pt_BR.UTF-8");
   if (!locale.ok()) GTEST_SKIP() << "pt_BR.UTF-8 is not installed";
-  Load load(connection_, 2, Variant(101));
+  OrderLoad load(connection_, 2, Variant(101));
   ASSERT_EQ(load.call(), kOk);
   const Variant e("");
   EXPECT_EQ(elements(load["outarrvntTara"]), values({Variant("2200,00"), Variant("3900,50"), e}));
@@ -175,14 +125,14 @@ TEST_F(Orders, DecimalsSurviveADecimalCommaLocale) {
 // Order 1001 has containers carried by two records; each record lists its
 // own. Order 1008 had a CTAC cancelled before the one that counts.
 TEST_F(Orders, ContainersOfTheRecordAndItsValidCtac) {
-  Load second(connection_, 2, Variant(154));
+  OrderLoad second(connection_, 2, Variant(154));
   ASSERT_EQ(second.call(), kOk);
   EXPECT_EQ(second["outvntordem_servico_id"], Variant(1001));
   EXPECT_EQ(second["outvntQtde_Sol_Cont"], Variant(1));
   EXPECT_EQ(elements(second["outarrvntSOLICIT_EMBARQUE_CONTAINER_ID"]), values({Variant(7004)}));
   EXPECT_EQ(elements(second["outarrvntNUM_CONTAINER"]), values({Variant("SEGU1111111")}));
 
-  Load type8(connection_, 2, Variant(108));
+  OrderLoad type8(connection_, 2, Variant(108));
   ASSERT_EQ(type8.call(), kOk);
   EXPECT_EQ(type8["outvntQtde_Sol_Cont"], Variant(2));
   EXPECT_EQ(type8["outvntflag_ctac_os"], Variant("S"));
@@ -190,7 +140,7 @@ TEST_F(Orders, ContainersOfTheRecordAndItsValidCtac) {
 }
 
 TEST_F(Orders, OrderWithoutContainersOrCtac) {
-  Load load(connection_, 2, Variant("109"));
+  OrderLoad load(connection_, 2, Variant("109"));
   load["ouvntObserv"] = Variant("do chamador");
   load["outvntNum_docto_Transp"] = Variant("do chamador");
   ASSERT_EQ(load.call(), kOk);
@@ -223,7 +173,7 @@ TEST_F(Orders, OrderWithoutContainersOrCtac) {
 }
 
 TEST_F(Orders, NullHeaderColumns) {
-  Load load(connection_, 2, Variant(153));
+  OrderLoad load(connection_, 2, Variant(153));
   ASSERT_EQ(load.call(), kOk);
   for (const char* name :
        {"outvntterminal_vazio_id", "outvntterminal_cheio_id", "outvnttab_tipo_docto_id"}) {
@@ -244,7 +194,7 @@ TEST_F(Orders, TerminalFieldsFlagOfSeededRecords) {
       {109, "N"}, {122, "N"},
   };
   for (const auto& [record, flag] : cases) {
-    Load load(connection_, 2, Variant(record));
+    OrderLoad load(connection_, 2, Variant(record));
     ASSERT_EQ(load.call(), kOk) << record;
     EXPECT_EQ(load["outvntIndic_Mostra_Campo_Terminal"], Variant(flag)) << record;
   }
@@ -253,22 +203,15 @@ TEST_F(Orders, TerminalFieldsFlagOfSeededRecords) {
 // Nothing is asked of the database: a connection that leads nowhere would
 // fail any query with another message.
 TEST_F(Orders, MissingKeyNeedsNoDatabase) {
-  Load load("Driver={PostgreSQL Unicode};Servername=127.0.0.1;Port=1;Database=x;UID=x;PWD=x;", 1,
-            Variant(0));
+  OrderLoad load("Driver={PostgreSQL Unicode};Servername=127.0.0.1;Port=1;Database=x;UID=x;PWD=x;",
+                 1, Variant(0));
   EXPECT_EQ(load.call(), kFailed);
   EXPECT_EQ(load["outvntMsg_Ret"],
             Variant("Ordem Serviço Tipo não Informado. Contacte o Administrador."));
 }
 
-struct Common {
-  Variant connection, user, company{1}, kind{"SQLSERVER"}, product{"Fechamento de OS"};
-  Variant message{"antes"};
-  Common(const std::string& connection_string, int user_id)
-      : connection(connection_string), user(user_id) {}
-};
-
 TEST_F(Orders, WritesOrderFieldsAndLoadsThemBack) {
-  Common c(connection_, 7);
+  CommonArgs c(connection_, 7);
   const auto write = [&](int record, Variant withdrawal, Variant delivery, Variant doc_type) {
     Variant id(record), start("2026/11/20 08:05"), end("2026/11/20 17:35"), status(2);
     Variant plate("XYZ9K88"), doc_number("CT-777");
@@ -278,7 +221,7 @@ TEST_F(Orders, WritesOrderFieldsAndLoadsThemBack) {
   };
   ASSERT_TRUE(write(155, Variant("2026/11/20 07:10"), Variant("2026/11/20 18:05"), Variant(2)));
   {
-    Load load(connection_, 2, Variant(155));
+    OrderLoad load(connection_, 2, Variant(155));
     ASSERT_EQ(load.call(), kOk);
     EXPECT_EQ(load["OUTvntData_Ini_Execucao"], Variant("20/11/2026"));
     EXPECT_EQ(load["outvntHORA_INI_EXECUCAO"], Variant("08:05"));
@@ -299,7 +242,7 @@ TEST_F(Orders, WritesOrderFieldsAndLoadsThemBack) {
   // Empty terminal times and a zero document type are written as nulls.
   ASSERT_TRUE(write(155, Variant(""), Variant(""), Variant(0)));
   {
-    Load load(connection_, 2, Variant(155));
+    OrderLoad load(connection_, 2, Variant(155));
     ASSERT_EQ(load.call(), kOk);
     EXPECT_EQ(load["OUTvntData_Retirada_Terminal"], Variant(""));
     EXPECT_EQ(load["outvntHora_Entrega_Terminal"], Variant(""));
@@ -316,7 +259,7 @@ TEST_F(Orders, SystemParameters) {
       {1328, "21"}, {1329, "22"}, {1330, "23"}, {1332, "25"}, {1334, "24"}, {6247, "N"}, {9000, ""},
   };
   for (const auto& [number, value] : seeded) {
-    Common c(connection_, 2);
+    CommonArgs c(connection_, 2);
     Variant id(number), out;
     EXPECT_TRUE(closing::mVerifica_Tab_Parametro_Sistema(c.connection, c.user, c.company, c.kind,
                                                          c.product, id, out, c.message));
@@ -325,7 +268,7 @@ TEST_F(Orders, SystemParameters) {
   const std::string message =
       "Problemas na determinação do Parâmetros do sistema. Contacte o Administrador do Sistema.";
   for (int user : {2, 1}) {
-    Common c(connection_, user);
+    CommonArgs c(connection_, user);
     Variant id(4242), out("antes");
     EXPECT_FALSE(closing::mVerifica_Tab_Parametro_Sistema(c.connection, c.user, c.company, c.kind,
                                                           c.product, id, out, c.message));
@@ -338,7 +281,7 @@ TEST_F(Orders, SystemParameters) {
 }
 
 TEST_F(Orders, VasTerminal) {
-  Common c(connection_, 2);
+  CommonArgs c(connection_, 2);
   Variant order(1009), terminal;
   ASSERT_TRUE(closing::mBusca_Terminal_VAS(c.connection, c.user, c.company, c.kind, c.product,
                                            order, terminal, c.message));
@@ -347,7 +290,7 @@ TEST_F(Orders, VasTerminal) {
   const std::string message =
       "Acesso aos dados do terminal VAS não disponível. Contacte o Administrador do Sistema.";
   for (int user : {2, 1}) {
-    Common u(connection_, user);
+    CommonArgs u(connection_, user);
     Variant without(1050), none(-1);
     EXPECT_FALSE(closing::mBusca_Terminal_VAS(u.connection, u.user, u.company, u.kind, u.product,
                                               without, none, u.message));
@@ -360,7 +303,7 @@ TEST_F(Orders, VasTerminal) {
 }
 
 TEST_F(Orders, FractionalSchedules) {
-  Common c(connection_, 2);
+  CommonArgs c(connection_, 2);
   Variant order(1009), schedules, indicators, invoices, count;
   ASSERT_TRUE(closing::mConsulta_Tipo_OS_Frac(order, schedules, indicators, invoices, count, c.user,
                                               c.connection, c.message, c.kind));

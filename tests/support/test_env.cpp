@@ -14,9 +14,24 @@ ScopedLocale::ScopedLocale(const char* name) {
 
 ScopedLocale::~ScopedLocale() { std::setlocale(LC_ALL, previous_.c_str()); }
 
+void under_both(const std::function<void(int)>& check) {
+  int column = 0;
+  for (const char* name : {kPtBr, kEnUs}) {
+    ScopedLocale locale(name);
+    ASSERT_TRUE(locale.ok()) << name;
+    SCOPED_TRACE(name);
+    check(column++);
+  }
+}
+
 std::string db_connection() {
   const char* value = std::getenv("QDR_TEST_CONNECTION");
   return value ? value : "";
+}
+
+void DbTest::SetUp() {
+  connection_ = db_connection();
+  if (connection_.empty()) GTEST_SKIP() << "QDR_TEST_CONNECTION is not set";
 }
 
 std::string temp_path(const std::string& stem) {

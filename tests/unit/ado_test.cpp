@@ -13,6 +13,7 @@
 #include "infra/odbc/connection_string.h"
 #include "infra/odbc/values.h"
 #include "qdr/error.h"
+#include "tests/support/variant_json.h"
 
 namespace qdr {
 namespace {
@@ -24,8 +25,7 @@ using namespace qdr::ado;
 struct Fake {
   std::deque<std::function<std::optional<ResultSet>()>> responses;
   std::vector<Statement> statements;
-  int opened = 0;
-  int open_now = 0;
+  int opened = 0, open_now = 0;
 };
 
 Fake* fake = nullptr;
@@ -46,29 +46,26 @@ class FakeSession : public Session {
   }
 };
 
+std::unique_ptr<Session> fake_session(const std::map<std::string, std::string>&,
+                                      const std::string&) {
+  return std::make_unique<FakeSession>();
+}
+
 constexpr const char* kConnection = "Provider=DataLayerFake;Data Source=nowhere";
 
 class AdoTest : public ::testing::Test {
  protected:
   void SetUp() override {
     fake = &state_;
-    register_backend("DataLayerFake",
-                     [](const std::map<std::string, std::string>&, const std::string&) {
-                       return std::make_unique<FakeSession>();
-                     });
+    register_backend("DataLayerFake", fake_session);
   }
   void TearDown() override {
     unregister_backend("DataLayerFake");
     fake = nullptr;
   }
-  void answer(ResultSet result) {
-    state_.responses.push_back([result] { return std::optional<ResultSet>(result); });
-  }
-  void answer_nothing() {
-    state_.responses.push_back([] { return std::optional<ResultSet>(); });
-  }
-  void answer_error(DatabaseError error) {
-    state_.responses.push_back([error]() -> std::optional<ResultSet> { throw error; });
+  // std::nullopt answers "no result set".
+  void answer(std::optional<ResultSet> result) {
+    state_.responses.push_back([result] { return result; });
   }
   Fake state_;
 };
@@ -79,6 +76,7 @@ ResultSet three_rows() {
       {{Variant(1), Variant("um")}, {Variant(2), Variant::null()}, {Variant(3), Variant("três")}}};
 }
 
+// The number of the data-access error `action` raises.
 int32_t ado_error(const std::function<void()>& action) {
   try {
     action();
@@ -92,26 +90,18 @@ int32_t ado_error(const std::function<void()>& action) {
   return 0;
 }
 
-TEST_F(AdoTest, OpenOnAConnectionStringSendsTheParsedCallAndReleasesTheSession) {
-  answer(three_rows());
-  Recordset rs;
-  rs.CursorLocation = adUseClient;
-  rs.Open("EXEC SP_050_CON_PORTO_PONTO01   7 ", kConnection, adOpenStatic, adLockReadOnly, -1);
-  ASSERT_EQ(state_.statements.size(), 1u);
-  const Statement& s = state_.statements[0];
-  EXPECT_EQ(s.kind, Statement::Kind::Text);
-  EXPECT_EQ(s.text, "EXEC SP_050_CON_PORTO_PONTO01   7 ");
-  EXPECT_EQ(s.procedure, "SP_050_CON_PORTO_PONTO01");
-  ASSERT_EQ(s.parameters.size(), 1u);
-  EXPECT_TRUE(s.parameters[0].value == Variant(7));
-  EXPECT_EQ(s.timeout, 30);
-  // Every row is already read, so the connection went back at once.
-  EXPECT_EQ(state_.open_now, 0);
-  EXPECT_EQ(rs.State(), adStateOpen);
-  EXPECT_EQ(rs.RecordCount(), 3);
+// What the data source was asked: kind, text, procedure, timeout, then each
+// parameter's name, type, size and value.
+std::string described(const Statement& s) {
+  std::string out = (s.kind == Statement::Kind::Command ? "command [" : "text [") + s.text + "] " +
+                    s.procedure + " timeout " + std::to_string(s.timeout);
+  for (const Parameter& p : s.parameters)
+    out += " | " + p.name + " " + std::to_string(p.type) + " " + std::to_string(p.size) + " " +
+           test::shown(p.value);
+  return out;
 }
 
-TEST_F(AdoTest, ARefusedTextNeverOpensAConnection) {
+TEST_F(AdoTest, ARefusedTextNeverReachesTheDatabase) {
   Recordset rs;
   EXPECT_THROW(rs.Open("EXEC SP_A 1; DROP TABLE LOG_MSG", kConnection), DatabaseError);
   EXPECT_EQ(state_.opened, 0);
@@ -119,7 +109,6 @@ TEST_F(AdoTest, ARefusedTextNeverOpensAConnection) {
 
   Connection connection;
   connection.Open(kConnection);
-  EXPECT_THROW(rs.Open("EXEC SP_A 'x", connection), DatabaseError);
   Command command;
   command.ActiveConnection(connection);
   command.CommandType = adCmdStoredProc;
@@ -128,15 +117,22 @@ TEST_F(AdoTest, ARefusedTextNeverOpensAConnection) {
   EXPECT_TRUE(state_.statements.empty());
 }
 
-TEST_F(AdoTest, NavigationCountsAndFieldsByNameInAnyCase) {
+TEST_F(AdoTest, OpenSendsTheParsedCallThenNavigatesTheRowsWithTheSessionReleased) {
   answer(three_rows());
   Recordset rs;
-  rs.Open("EXEC SP_X", kConnection);
+  rs.CursorLocation = adUseClient;
+  rs.Open("EXEC SP_050_CON_PORTO_PONTO01   7 ", kConnection, adOpenStatic, adLockReadOnly, -1);
+  ASSERT_EQ(state_.statements.size(), 1u);
+  EXPECT_EQ(
+      described(state_.statements[0]),
+      "text [EXEC SP_050_CON_PORTO_PONTO01   7 ] SP_050_CON_PORTO_PONTO01 timeout 30 |  3 0 7");
+  // Every row is already read, so the connection went back at once.
+  EXPECT_EQ(state_.open_now, 0);
+  EXPECT_EQ(rs.State(), adStateOpen);
+  EXPECT_EQ(rs.RecordCount(), 3);
   EXPECT_FALSE(rs.Eof());
-  EXPECT_FALSE(rs.Bof());
   EXPECT_TRUE(rs.Fields("RETORNO") == Variant(1));
   EXPECT_TRUE(rs.Fields("msg_ret") == Variant("um"));
-  EXPECT_TRUE(rs.HasField("Msg_Ret"));
   EXPECT_FALSE(rs.HasField("Msg"));
   EXPECT_EQ(ado_error([&] { rs.Fields("Msg"); }), adErrItemNotFound);
   rs.MoveNext();
@@ -149,46 +145,36 @@ TEST_F(AdoTest, NavigationCountsAndFieldsByNameInAnyCase) {
   EXPECT_EQ(ado_error([&] { rs.MoveNext(); }), adErrNoCurrentRecord);
   rs.MoveFirst();
   EXPECT_TRUE(rs.Fields("Retorno") == Variant(1));
-  EXPECT_EQ(rs.RecordCount(), 3);
   EXPECT_EQ(ado_error([&] { rs.Open("EXEC SP_X", kConnection); }), adErrObjectOpen);
   rs.Close();
   EXPECT_EQ(rs.State(), adStateClosed);
   EXPECT_EQ(ado_error([&] { rs.Close(); }), adErrObjectClosed);
+
+  answer(ResultSet{{"Retorno"}, {}});  // an empty result is open at both ends
+  rs.Open("EXEC SP_X", kConnection);
+  EXPECT_TRUE(rs.Eof() && rs.Bof());
+  EXPECT_EQ(rs.RecordCount(), 0);
+  EXPECT_EQ(ado_error([&] { rs.MoveFirst(); }), adErrNoCurrentRecord);
 }
 
-TEST_F(AdoTest, NoResultSetLeavesTheRecordsetClosed) {
-  answer_nothing();
+TEST_F(AdoTest, NoResultSetOrADatabaseErrorLeavesTheRecordsetClosed) {
+  answer(std::nullopt);
   Recordset rs;
   rs.Open("EXEC SP_GRAVA 1", kConnection);
   EXPECT_EQ(rs.State(), adStateClosed);
   EXPECT_EQ(ado_error([&] { rs.Eof(); }), adErrObjectClosed);
-  EXPECT_EQ(ado_error([&] { rs.RecordCount(); }), adErrObjectClosed);
   EXPECT_EQ(ado_error([&] { rs.Fields("Retorno"); }), adErrObjectClosed);
   EXPECT_EQ(ado_error([&] { rs.MoveNext(); }), adErrObjectClosed);
-}
 
-TEST_F(AdoTest, AnEmptyResultIsOpenAtBothEnds) {
-  answer({{"Retorno"}, {}});
-  Recordset rs;
-  rs.Open("EXEC SP_X", kConnection);
-  EXPECT_EQ(rs.State(), adStateOpen);
-  EXPECT_TRUE(rs.Eof());
-  EXPECT_TRUE(rs.Bof());
-  EXPECT_EQ(rs.RecordCount(), 0);
-  EXPECT_EQ(ado_error([&] { rs.MoveFirst(); }), adErrNoCurrentRecord);
-  EXPECT_EQ(ado_error([&] { rs.MoveLast(); }), adErrNoCurrentRecord);
-}
-
-TEST_F(AdoTest, ADatabaseErrorPassesThroughAndTheSessionIsStillReleased) {
-  answer_error(DatabaseError(547, "conflict", "23000"));
-  Recordset rs;
+  // The database's error passes through as it came, and the session is still released.
+  state_.responses.push_back(
+      []() -> std::optional<ResultSet> { throw DatabaseError(547, "conflict", "23000"); });
   try {
     rs.Open("EXEC SP_X 1", kConnection);
     FAIL() << "no error";
   } catch (const DatabaseError& e) {
-    EXPECT_EQ(e.number(), 547);
-    EXPECT_EQ(e.sqlstate(), "23000");
-    EXPECT_STREQ(e.what(), "conflict");
+    EXPECT_EQ(std::to_string(e.number()) + " " + e.sqlstate() + " " + e.what(),
+              "547 23000 conflict");
   }
   EXPECT_EQ(state_.open_now, 0);
   EXPECT_EQ(rs.State(), adStateClosed);
@@ -207,99 +193,65 @@ TEST_F(AdoTest, StoredProcedureCommandReadsBackInCallFormAndSendsTypedParameters
   command.Parameters().Append(
       command.CreateParameter("pTERMINAL_ID", adInteger, adParamInput, 10, Variant::null()));
   EXPECT_EQ(command.CommandText(), "{ call SP_050_GRA_TRACKING_OS02(?, ?, ?) }");
-  EXPECT_EQ(command.Parameters().Count(), 3);
-  EXPECT_EQ(command.Parameters().Item(1).Name, "pHORA_INI_EXECUCAO");
   EXPECT_EQ(ado_error([&] { command.Parameters().Item(3); }), adErrItemNotFound);
-
   EXPECT_EQ(ado_error([&] { command.Execute(); }), adErrInvalidConnection);
 
-  answer({{"retorno"}, {{Variant(0)}}});
+  answer(ResultSet{{"retorno"}, {{Variant(0)}}});
   Connection connection;
-  connection.CursorLocation = adUseClient;
   connection.Open(kConnection);
   command.ActiveConnection(connection);
   Recordset rs = command.Execute();
-  EXPECT_EQ(rs.State(), adStateOpen);
   EXPECT_TRUE(rs.Fields("RETORNO") == Variant(0));
   ASSERT_EQ(state_.statements.size(), 1u);
-  const Statement& s = state_.statements[0];
-  EXPECT_EQ(s.kind, Statement::Kind::Command);
-  EXPECT_EQ(s.text, "{ call SP_050_GRA_TRACKING_OS02(?, ?, ?) }");
-  EXPECT_EQ(s.procedure, "SP_050_GRA_TRACKING_OS02");
-  EXPECT_EQ(s.timeout, 120);
-  ASSERT_EQ(s.parameters.size(), 3u);
-  EXPECT_EQ(s.parameters[1].name, "pHORA_INI_EXECUCAO");
-  EXPECT_EQ(s.parameters[1].type, adVarChar);
-  EXPECT_EQ(s.parameters[1].size, 5);
-  EXPECT_TRUE(s.parameters[1].value == Variant("10:00"));
-  EXPECT_TRUE(s.parameters[2].value.is_null());
+  EXPECT_EQ(described(state_.statements[0]),
+            "command [{ call SP_050_GRA_TRACKING_OS02(?, ?, ?) }] SP_050_GRA_TRACKING_OS02 timeout "
+            "120 | pORDEM_SERVICO_ID 3 10 77 | "
+            "pHORA_INI_EXECUCAO 200 5 \"10:00\" | pTERMINAL_ID 3 10 null");
   // The command's connection stays open for the routine to close.
   EXPECT_EQ(state_.open_now, 1);
   connection.Close();
   EXPECT_EQ(state_.open_now, 0);
-}
 
-TEST_F(AdoTest, ATextCommandIsParsedLikeARecordsetSource) {
-  answer_nothing();
-  Connection connection;
+  // A text command is parsed like a recordset's source.
+  answer(std::nullopt);
   connection.Open(kConnection);
-  Command command;
-  command.ActiveConnection(connection);
-  command.CommandText("EXEC SP_X 'a'");
-  EXPECT_EQ(command.CommandText(), "EXEC SP_X 'a'");
-  Recordset rs = command.Execute();
-  EXPECT_EQ(rs.State(), adStateClosed);
-  ASSERT_EQ(state_.statements.size(), 1u);
-  EXPECT_EQ(state_.statements[0].kind, Statement::Kind::Text);
-  EXPECT_EQ(state_.statements[0].timeout, 30);
+  Command text;
+  text.ActiveConnection(connection);
+  text.CommandText("EXEC SP_X 'a'");
+  EXPECT_EQ(text.Execute().State(), adStateClosed);
+  EXPECT_EQ(described(state_.statements.at(1)),
+            "text [EXEC SP_X 'a'] SP_X timeout 30 |  200 1 \"a\"");
 }
 
 TEST_F(AdoTest, ConnectionStatesAndFailures) {
   Connection connection;
-  EXPECT_EQ(connection.State(), adStateClosed);
   EXPECT_EQ(ado_error([&] { connection.session(); }), adErrObjectClosed);
-  connection.ConnectionString = kConnection;
+  // A version-qualified provider, in any case, is the provider it qualifies.
+  connection.ConnectionString = "Provider=datalayerfake.1;Data Source=nowhere";
   connection.Open();
   EXPECT_EQ(connection.State(), adStateOpen);
   EXPECT_EQ(ado_error([&] { connection.Open(); }), adErrObjectOpen);
 
-  answer({{"n"}, {{Variant(1)}}});
+  answer(ResultSet{{"n"}, {{Variant(1)}}});
   Recordset rs;
   rs.Open("EXEC SP_X", connection);
-  EXPECT_EQ(rs.RecordCount(), 1);
   EXPECT_EQ(state_.opened, 1);  // ran on the open connection, no new one
   connection.Close();
   connection.Close();  // harmless when closed
-  EXPECT_EQ(connection.State(), adStateClosed);
   EXPECT_EQ(state_.open_now, 0);
   Recordset other;
   EXPECT_EQ(ado_error([&] { other.Open("EXEC SP_X", connection); }), adErrInvalidConnection);
 
-  for (const char* bad : {"", "   ", "Provider=NoSuchThing;Data Source=x", "Data Source=x"}) {
+  for (const char* bad : {"", "Provider=NoSuchThing;Data Source=x", "Data Source=x"}) {
     Connection c;
     try {
       c.Open(bad);
       ADD_FAILURE() << "opened: " << bad;
     } catch (const DatabaseError& e) {
-      EXPECT_FALSE(std::string(e.what()).empty());
+      EXPECT_STRNE(e.what(), "");
     }
     EXPECT_EQ(c.State(), adStateClosed);
   }
-}
-
-TEST_F(AdoTest, AVersionQualifiedProviderIsTheProviderItQualifies) {
-  register_backend("SQLOLEDB", [](const std::map<std::string, std::string>&, const std::string&) {
-    return std::make_unique<FakeSession>();
-  });
-  Connection connection;
-  connection.Open("Provider=SQLOLEDB.1;Data Source=db;Initial Catalog=x");
-  EXPECT_EQ(connection.State(), adStateOpen);
-  connection.Close();
-  // Put the built-in mapping back.
-  register_backend("SQLOLEDB",
-                   [](const std::map<std::string, std::string>& attributes, const std::string&) {
-                     return open_odbc_session(odbc_string_for_provider(attributes));
-                   });
 }
 
 TEST(ConnectionStrings, OleDbFormsMapOntoOdbcDrivers) {
@@ -309,26 +261,23 @@ TEST(ConnectionStrings, OleDbFormsMapOntoOdbcDrivers) {
     std::string given;
     std::string odbc;
   };
+  const std::string sql_server = "Driver={ODBC Driver 18 for SQL Server};";
+  const std::string postgres = "Driver={PostgreSQL Unicode};";
   const std::vector<Row> rows = {
-      {"Provider=SQLOLEDB.1;Data Source=srv\\inst;Initial Catalog=PORTO;User ID=app;"
-       "Password=s3cr;Persist Security Info=False",
-       "Driver={ODBC Driver 18 for SQL Server};Server=srv\\inst;Database=PORTO;UID=app;"
-       "PWD=s3cr;"},
-      {"Provider=SQLOLEDB;Data Source=srv,1433;Initial Catalog=PORTO;User ID=app;"
-       "Password={a;b}",
-       "Driver={ODBC Driver 18 for SQL Server};Server=srv,1433;Database=PORTO;UID=app;"
-       "PWD={a;b};"},
-      {"Provider=MSOLEDBSQL;Server=srv;Database=PORTO;Integrated Security=SSPI;User ID=ignored",
-       "Driver={ODBC Driver 18 for SQL Server};Server=srv;Database=PORTO;"
-       "Trusted_Connection=yes;"},
-      {"Provider=SQLNCLI11;Data Source=srv;Initial Catalog=P;User ID=u;Password=p;"
-       "Use Encryption for Data=True;Trust Server Certificate=True;Application Name=QDR",
-       "Driver={ODBC Driver 18 for SQL Server};Server=srv;Database=P;UID=u;PWD=p;Encrypt=yes;"
-       "TrustServerCertificate=yes;APP=QDR;"},
+      {"Provider=SQLOLEDB.1;Data Source=s\\i;Initial Catalog=P;User ID=u;Password=p;"
+       "Persist Security Info=False",
+       sql_server + "Server=s\\i;Database=P;UID=u;PWD=p;"},
+      {"Provider=SQLOLEDB;Data Source=s,1433;Initial Catalog=P;User ID=u;Password={a;b}",
+       sql_server + "Server=s,1433;Database=P;UID=u;PWD={a;b};"},
+      {"Provider=MSOLEDBSQL;Server=s;Database=P;Integrated Security=SSPI;User ID=ignored",
+       sql_server + "Server=s;Database=P;Trusted_Connection=yes;"},
+      {"Provider=SQLNCLI11;Data Source=s;Use Encryption for Data=True;"
+       "Trust Server Certificate=True;Application Name=QDR",
+       sql_server + "Server=s;Encrypt=yes;TrustServerCertificate=yes;APP=QDR;"},
       {"Provider=PostgreSQL;Host=db.local;Port=5433;Database=porto;User ID=qdr;Password=x",
-       "Driver={PostgreSQL Unicode};Servername=db.local;Port=5433;Database=porto;UID=qdr;PWD=x;"},
+       postgres + "Servername=db.local;Port=5433;Database=porto;UID=qdr;PWD=x;"},
       {"Provider=PostgreSQL;Data Source=10.0.0.5:6543;Initial Catalog=porto;User ID=qdr",
-       "Driver={PostgreSQL Unicode};Servername=10.0.0.5;Port=6543;Database=porto;UID=qdr;"},
+       postgres + "Servername=10.0.0.5;Port=6543;Database=porto;UID=qdr;"},
   };
   for (const auto& row : rows)
     EXPECT_EQ(odbc_string_for_provider(parse_connection_string(row.given)), row.odbc) << row.given;
@@ -340,7 +289,6 @@ TEST(ConnectionStrings, OleDbFormsMapOntoOdbcDrivers) {
 
   EXPECT_THROW(odbc_string_for_provider(parse_connection_string("Provider=MSDAORA;Data Source=x")),
                DatabaseError);
-  EXPECT_EQ(odbc::odbc_value("plain"), "plain");
   EXPECT_EQ(odbc::odbc_value("a}b;c"), "{a}}b;c}");
   EXPECT_EQ(odbc::odbc_value(" padded"), "{ padded}");
 }
@@ -350,17 +298,14 @@ TEST(OdbcValues, MoneyAsTheDatabasesPrintIt) {
     std::string text;
     std::optional<int64_t> scaled;
   };
-  const std::vector<Row> rows = {
-      {"$1,234.56", 12345600},
-      {"-$1,234.56", -12345600},
-      {"($3.00)", -30000},
-      {"1234.5000", 12345000},
-      {"R$ 1.234,56", 12345600},
-      {"$1,234", 12340000},
-      {"0.0001", 1},
-      {"7", 70000},
-      {"$", std::nullopt},
-  };
+  const std::vector<Row> rows = {{"$1,234.56", 12345600},
+                                 {"-$1,234.56", -12345600},
+                                 {"($3.00)", -30000},
+                                 {"1234.5000", 12345000},
+                                 {"R$ 1.234,56", 12345600},
+                                 {"0.0001", 1},
+                                 {"7", 70000},
+                                 {"$", std::nullopt}};
   for (const auto& row : rows) EXPECT_EQ(odbc::parse_money(row.text), row.scaled) << row.text;
 }
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,16 +11,7 @@
 namespace qdr {
 namespace {
 
-// Runs `check` under pt_BR (column 0) and en_US (column 1).
-void under_both(const std::function<void(int)>& check) {
-  int column = 0;
-  for (const char* name : {"pt_BR.UTF-8", "en_US.UTF-8"}) {
-    test::ScopedLocale locale(name);
-    ASSERT_TRUE(locale.ok()) << name;
-    SCOPED_TRACE(name);
-    check(column++);
-  }
-}
+using test::under_both;
 
 std::string show(const Variant& v) {
   if (v.is_null()) return "<Null>";
@@ -112,7 +102,7 @@ TEST(TrocaVirgulaPonto, EveryCommaAndAnyInput) {
     EXPECT_TRUE(gTroca_Virgula_Ponto(row.in, out));
     EXPECT_TRUE(out == Variant(row.out)) << row.out;
   }
-  test::ScopedLocale pt("pt_BR.UTF-8");
+  test::ScopedLocale pt(test::kPtBr);
   Variant out;
   gTroca_Virgula_Ponto(Variant(12.5), out);
   EXPECT_TRUE(out == Variant("12.5"));

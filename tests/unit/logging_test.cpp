@@ -6,6 +6,7 @@
 
 #include "infra/vb.h"
 #include "tests/support/replay_fixture.h"
+#include "tests/support/variant_json.h"
 
 namespace qdr {
 namespace {
@@ -16,13 +17,6 @@ using test::no_result_set;
 using test::ReplayFixture;
 using test::rows;
 using Texts = std::vector<std::string>;
-
-// A variant as failure output can show it.
-std::string shown(const Variant& v) {
-  if (v.type() == VarType::String) return "\"" + v.as_string() + "\"";
-  if (v.type() == VarType::Long) return std::to_string(v.as_long());
-  return "subtype " + std::to_string(static_cast<int>(v.type()));
-}
 
 std::string repeat(const std::string& piece, int times) {
   std::string out;
@@ -104,57 +98,41 @@ TEST(ErrorLog, WritesNothingAndNeverRaises) {
   EXPECT_EQ(logged(Variant("SQLSERVER"), 2, 1, "m", rows({"X"}, {{1}})).size(), 1u);
 }
 
-struct CounterRun {
-  bool ok;
-  Variant value{"nada"}, message{"antes"};
-  Texts texts;
-};
-
-CounterRun counter(const json& script) {
-  ReplayFixture replay(script);
-  CounterRun run;
-  run.ok =
-      gAtualiza_infra_ids(Variant(replay.connection()), "log_gerador_id", run.value, run.message);
-  run.texts = replay.texts();
-  return run;
-}
-
-const std::string kSelect = "SELECT  log_gerador_id FROM infra_ids ";
-const std::string kUpdate = "UPDATE infra_ids SET log_gerador_id = 42";
-
-TEST(Counter, AdvancesByOne) {
-  // a number, a text with blanks, a counter never set (Null)
-  for (const auto& [current, next] : {std::pair{json(41), 42}, {json(" 41 "), 42}, {json(), 1}}) {
-    const auto run = counter(json::array({rows({"LOG_GERADOR_ID"}, {{current}}), no_result_set()}));
-    EXPECT_TRUE(run.ok);
-    EXPECT_EQ(shown(run.value), std::to_string(next));
-    EXPECT_EQ(shown(run.message), "\"antes\"");
-    EXPECT_EQ(run.texts.at(0), kSelect);
-  }
-  EXPECT_EQ(counter(json::array({rows({"log_gerador_id"}, {{41}}), no_result_set()})).texts,
-            (Texts{kSelect, kUpdate}));
-}
-
-TEST(Counter, Failures) {
+TEST(Counter, AdvancesByOneOrSaysWhy) {
+  const std::string select = "SELECT  log_gerador_id FROM infra_ids ";
+  const std::string update = "UPDATE infra_ids SET log_gerador_id = ";
   const std::string unavailable =
       "Acesso aos SQL não disponível. Favor tentar mais tarde. KRN_SQL1.gAtualiza_infra_ids ( ";
-  const std::pair<json, std::string> cases[] = {
-      {json::array({rows({"log_gerador_id"}, {})}),
+  const struct {
+    json script;
+    const char* written;  // the value the UPDATE sends, nullptr when none is sent
+    std::string message;  // "antes", left alone, on success
+  } cases[] = {
+      // a number, a text with blanks, a counter never set (Null)
+      {json::array({rows({"LOG_GERADOR_ID"}, {{41}}), no_result_set()}), "42", "antes"},
+      {json::array({rows({"log_gerador_id"}, {{" 41 "}}), no_result_set()}), "42", "antes"},
+      {json::array({rows({"log_gerador_id"}, {{nullptr}}), no_result_set()}), "1", "antes"},
+      {json::array({rows({"log_gerador_id"}, {})}), nullptr,
        "Não há registro no banco de dados na tabela Infra_ids. "},
-      {json::array({db_error("relation infra_ids does not exist", 7)}),
-       unavailable + "7 : relation infra_ids does not exist)   no nº 1 strsq: " + kSelect},
-      {json::array({rows({"log_gerador_id"}, {{2147483647}})}),
-       unavailable + "6 : Overflow)   no nº 3 strsq: " + kSelect},
-      {json::array({rows({"log_gerador_id"}, {{41}}), db_error("deadlock", 1205)}),
-       unavailable + "1205 : deadlock)   no nº 4 strsq: " + kUpdate},
+      {json::array({db_error("relation infra_ids does not exist", 7)}), nullptr,
+       unavailable + "7 : relation infra_ids does not exist)   no nº 1 strsq: " + select},
+      {json::array({rows({"log_gerador_id"}, {{2147483647}})}), nullptr,
+       unavailable + "6 : Overflow)   no nº 3 strsq: " + select},
+      {json::array({rows({"log_gerador_id"}, {{41}}), db_error("deadlock", 1205)}), "42",
+       unavailable + "1205 : deadlock)   no nº 4 strsq: " + update + "42"},
   };
-  for (const auto& [script, message] : cases) {
-    SCOPED_TRACE(message);
-    const auto run = counter(script);
-    EXPECT_FALSE(run.ok);
-    EXPECT_EQ(shown(run.message), shown(Variant(message)));
-    EXPECT_EQ(shown(run.value), "\"nada\"");
-    EXPECT_EQ(run.texts.size(), script.size());  // nothing after the failure
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.message);
+    ReplayFixture replay(c.script);
+    Variant value("nada"), message("antes");
+    const bool ok = c.message == "antes";
+    EXPECT_EQ(gAtualiza_infra_ids(Variant(replay.connection()), "log_gerador_id", value, message),
+              ok);
+    EXPECT_EQ(value, ok ? Variant(std::stoi(c.written)) : Variant("nada"));
+    EXPECT_EQ(message, Variant(c.message));
+    Texts texts{select};  // and nothing after a failure
+    if (c.written) texts.push_back(update + c.written);
+    EXPECT_EQ(replay.texts(), texts);
   }
 }
 

@@ -3,64 +3,31 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "closing/order_fields.h"
-#include "infra/json_variant.h"
-#include "qdr/dispatch.h"
-#include "qdr/qdr.h"
+#include "tests/support/order_args.h"
 #include "tests/support/replay_fixture.h"
 #include "tests/support/test_env.h"
+#include "tests/support/variant_json.h"
 
 namespace qdr {
-
-// Failed comparisons of variants print them as JSON (internal linkage: each
-// test file has its own).
-[[maybe_unused]] static void PrintTo(const Variant& value, std::ostream* out) {
-  *out << ::qdr::json::dump(::qdr::json::to_json(value));
-}
-
 namespace {
 
 using nlohmann::json;
+using test::CommonArgs;
 using test::db_error;
+using test::elements;
 using test::no_result_set;
+using test::OrderLoad;
 using test::ReplayFixture;
 using test::rows;
+using test::shown;
+using test::values;
 
 constexpr const char* kUnavailable =
     "Acesso ao Fechamento da OS não disponível. Favor tentar mais tarde.";
-
-// The 57 arguments of gConsulta_Ordem_Servico_Tipo, addressed by name.
-class Load {
- public:
-  Load(const std::string& connection, int user, Variant key)
-      : names_(find_method("gConsulta_Ordem_Servico_Tipo")->parameters), args_(names_.size()) {
-    (*this)["invntConecta_db"] = Variant(connection);
-    (*this)["invntUsuario_internet_id"] = Variant(user);
-    (*this)["invntEmpresa_id"] = Variant(1);
-    (*this)["invntBanco_Dados"] = Variant("SQLSERVER");
-    (*this)["invntNome_Produto"] = Variant("Fechamento de OS");
-    (*this)["invntOrdem_Servico_Tipo_ID"] = std::move(key);
-  }
-  Variant& operator[](std::string_view name) {
-    for (std::size_t i = 0; i < names_.size(); ++i)
-      if (names_[i] == name) return args_[i];
-    throw std::invalid_argument(std::string(name));
-  }
-  Variant call() {
-    QDR object;
-    return invoke(object, "gConsulta_Ordem_Servico_Tipo", args_);
-  }
-  const std::vector<std::string>& names() const { return names_; }
-
- private:
-  std::vector<std::string> names_;
-  std::vector<Variant> args_;
-};
 
 const Variant kOk = Variant::integer(0);
 const Variant kFailed = Variant::integer(10);
@@ -167,21 +134,10 @@ json empty_containers() { return rows(kContainerColumns, {}); }
 json ctac() { return rows({"FLAG_CTAC_OS", "NUM_DOCTO_TRANSPORTE"}, {{"S", "CTAC-2026-0001"}}); }
 json no_ctac() { return rows({"FLAG_CTAC_OS", "NUM_DOCTO_TRANSPORTE"}, {}); }
 
-// Variants as JSON text, subtype included, so that a failed comparison
-// reads well.
-std::string shown(const Variant& value) { return ::qdr::json::dump(::qdr::json::to_json(value)); }
-std::string elements(const Variant& array) { return shown(array); }
-std::string values(std::initializer_list<Variant> list) {
-  Variant array = Variant::array(0, static_cast<int32_t>(list.size()) - 1);
-  int32_t i = 0;
-  for (const Variant& v : list) array.at(i++) = v;
-  return shown(array);
-}
-
 // The three statements, the typed command's parameter and every output.
 TEST(OrderLoad, LoadsHeaderContainersAndCtac) {
   ReplayFixture replay(json::array({header(), containers(), ctac()}));
-  Load load(replay.connection(), 2, Variant(101));
+  OrderLoad load(replay.connection(), 2, Variant(101));
   load["outvntMsg_Ret"] = Variant("antes");
   ASSERT_EQ(load.call(), kOk);
   EXPECT_EQ(load["outvntMsg_Ret"], Variant("antes"));
@@ -267,7 +223,7 @@ TEST(OrderLoad, LoadsHeaderContainersAndCtac) {
 // container list runs with the order id the caller left (0 goes as null).
 TEST(OrderLoad, RecordWithoutHeaderRowStillLoads) {
   ReplayFixture replay(json::array({rows(kHeaderColumns, {}), empty_containers(), no_ctac()}));
-  Load load(replay.connection(), 2, Variant("150"));
+  OrderLoad load(replay.connection(), 2, Variant("150"));
   load["outvntordem_servico_id"] = Variant(0);
   load["outvntFORNECEDOR"] = Variant("do chamador");
   load["ouvntObserv"] = Variant("do chamador");
@@ -297,7 +253,7 @@ TEST(OrderLoad, MissingKeyRunsNothing) {
   for (const Variant& key : {Variant(), Variant::null(), Variant(""), Variant(0), Variant("0"),
                              Variant::error(Variant::kParamNotFound)}) {
     ReplayFixture replay(json::array());
-    Load load(replay.connection(), 1, key);
+    OrderLoad load(replay.connection(), 1, key);
     EXPECT_EQ(load.call(), kFailed);
     EXPECT_EQ(load["outvntMsg_Ret"],
               Variant("Ordem Serviço Tipo não Informado. Contacte o Administrador."));
@@ -342,7 +298,7 @@ TEST(OrderLoad, FailureMessages) {
     for (int user : {2, 1}) {
       SCOPED_TRACE(std::string(c.what) + ", user " + std::to_string(user));
       ReplayFixture replay(c.script);
-      Load load(replay.connection(), user, Variant(101));
+      OrderLoad load(replay.connection(), user, Variant(101));
       EXPECT_EQ(load.call(), kFailed);
       EXPECT_EQ(load["outvntMsg_Ret"], Variant(user == 1 ? c.message + c.detail : c.message));
       // The load's own statements, then the error log's row for a trapped
@@ -363,7 +319,7 @@ TEST(OrderLoad, FailureMessages) {
 // step fails.
 TEST(OrderLoad, OutputsOfEarlierStepsStay) {
   ReplayFixture replay(json::array({header(), db_error("x", 1)}));
-  Load load(replay.connection(), 2, Variant(101));
+  OrderLoad load(replay.connection(), 2, Variant(101));
   EXPECT_EQ(load.call(), kFailed);
   EXPECT_EQ(load["outvntnum_os"], Variant("OS-2026-01001"));
   EXPECT_TRUE(load["outvntQtde_Sol_Cont"].is_empty());
@@ -388,7 +344,7 @@ TEST(OrderLoad, TareFormatting) {
     if (!locale.ok()) continue;
     SCOPED_TRACE(locale_name);
     ReplayFixture replay(json::array({header(), rows(kContainerColumns, tare_rows), no_ctac()}));
-    Load load(replay.connection(), 2, Variant(101));
+    OrderLoad load(replay.connection(), 2, Variant(101));
     ASSERT_EQ(load.call(), kOk);
     EXPECT_EQ(elements(load["outarrvntTara"]), expected);
   }
@@ -407,7 +363,7 @@ TEST(OrderLoad, TerminalFieldsFlag) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.type.dump() + " / " + c.service.dump());
     ReplayFixture replay(json::array({header(c.type, c.service), empty_containers(), no_ctac()}));
-    Load load(replay.connection(), 2, Variant(101));
+    OrderLoad load(replay.connection(), 2, Variant(101));
     ASSERT_EQ(load.call(), kOk);
     EXPECT_EQ(load["outvntIndic_Mostra_Campo_Terminal"], Variant(c.flag));
   }
@@ -415,14 +371,7 @@ TEST(OrderLoad, TerminalFieldsFlag) {
 
 // --- Order fields, fractional schedules, parameters, VAS terminal ---------
 
-struct Common {
-  Variant connection, user, company{1}, kind{"SQLSERVER"}, product{"Fechamento de OS"};
-  Variant message;
-  Common(const ReplayFixture& replay, int user_id)
-      : connection(replay.connection()), user(user_id) {}
-};
-
-bool write_fields(Common& c, Variant withdrawal, Variant delivery) {
+bool write_fields(CommonArgs& c, Variant withdrawal, Variant delivery) {
   Variant record(155), start("2026/11/20 08:00"), end("2026/11/20 17:30"), status(2);
   Variant plate("ABC1D23"), doc_type(1), doc_number("NF-777");
   return closing::mAltera_Campos_ORDEM_SERVICO_TIPO(
@@ -434,7 +383,7 @@ TEST(OrderFields, WriteCommandTextAndAnswers) {
   const json ok = rows({"retorno", "Msg_Ret"}, {{0, nullptr}});
   {
     ReplayFixture replay(json::array({ok, ok}));
-    Common c(replay, 2);
+    CommonArgs c(replay.connection(), 2);
     EXPECT_TRUE(write_fields(c, Variant("2026/11/20 07:10"), Variant("2026/11/20 18:05")));
     EXPECT_TRUE(write_fields(c, Variant(""), Variant::null()));
     EXPECT_EQ(replay.texts(),
@@ -461,7 +410,7 @@ TEST(OrderFields, WriteCommandTextAndAnswers) {
   for (const auto& a : answers) {
     SCOPED_TRACE(a.answer.dump());
     ReplayFixture replay(json::array({a.answer}));
-    Common c(replay, 1);
+    CommonArgs c(replay.connection(), 1);
     c.message = Variant("antes");
     EXPECT_EQ(write_fields(c, Variant(""), Variant("")), a.written);
     EXPECT_EQ(c.message, Variant("antes"));
@@ -471,7 +420,7 @@ TEST(OrderFields, WriteCommandTextAndAnswers) {
 TEST(OrderFields, WriteTrap) {
   for (int user : {2, 1}) {
     ReplayFixture replay(json::array({db_error("Conversão falhou", 8114)}));
-    Common c(replay, user);
+    CommonArgs c(replay.connection(), user);
     EXPECT_FALSE(write_fields(c, Variant(""), Variant("")));
     const std::string detail =
         " - T318QDR.mAltera_Campos_ORDEM_SERVICO_TIPO (Conversão falhou : 8114)   No Nº "
@@ -488,7 +437,7 @@ TEST(OrderFields, FractionalSchedules) {
                         {{6091, "C", nullptr}, {"6092", "E", 6591.0}, {6093, nullptr, 6593}}),
                    rows({"AGENDAMENTO_FRAC_ID", "indic_coleta_entrega", "NOTA_FISCAL_ID"}, {}),
                    no_result_set()}));
-  Common c(replay, 2);
+  CommonArgs c(replay.connection(), 2);
   Variant order(1009), schedules, indicators, invoices, count;
   const auto run = [&] {
     return closing::mConsulta_Tipo_OS_Frac(order, schedules, indicators, invoices, count, c.user,
@@ -541,7 +490,7 @@ TEST(OrderFields, SystemParameter) {
     for (int user : {2, 1}) {
       SCOPED_TRACE(std::string(k.what) + ", user " + std::to_string(user));
       ReplayFixture replay(json::array({k.answer}));
-      Common c(replay, user);
+      CommonArgs c(replay.connection(), user);
       c.message = Variant("antes");
       Variant number(1334), value("antes");
       EXPECT_EQ(closing::mVerifica_Tab_Parametro_Sistema(c.connection, c.user, c.company, c.kind,
@@ -578,7 +527,7 @@ TEST(OrderFields, VasTerminal) {
     for (int user : {2, 1}) {
       SCOPED_TRACE(std::string(k.what) + ", user " + std::to_string(user));
       ReplayFixture replay(json::array({k.answer}));
-      Common c(replay, user);
+      CommonArgs c(replay.connection(), user);
       c.message = Variant("antes");
       Variant order(1009), terminal(-1);
       EXPECT_EQ(closing::mBusca_Terminal_VAS(c.connection, c.user, c.company, c.kind, c.product,

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+
 #include "tests/support/test_env.h"
 
 namespace qdr {
@@ -107,18 +110,16 @@ TEST(Consiste, MessagesUnderBothLocales) {
       {kString, "Açãoo", "4", "", "S", false, "Preencha Obs com, no máximo, 4 caracteres."},
       {kString, "qualquer", "0", "", "S", true, "antes"},  // 0: no limit
   };
-  for (const char* locale : {"pt_BR.UTF-8", "en_US.UTF-8"}) {
-    test::ScopedLocale scoped(locale);
-    ASSERT_TRUE(scoped.ok()) << locale;
+  test::under_both([&](int) {
     for (const auto& c : cases) {
-      SCOPED_TRACE(std::string(locale) + " " + std::to_string(c.routine) + " " + c.value);
+      SCOPED_TRACE(std::to_string(c.routine) + " " + c.value);
       Variant value(c.value), message("antes"), ymd("-");
       EXPECT_EQ(call(c, value, message, ymd, Variant(2)), c.ok);
       EXPECT_EQ(shown(message), shown(Variant(c.message)));
       EXPECT_EQ(shown(value), shown(Variant(std::string(c.after) == "=" ? c.value : c.after)));
       EXPECT_EQ(shown(ymd), shown(Variant(c.ymd)));
     }
-  }
+  });
 }
 
 // A value that cannot be read as text: the routine's fixed text, and the
@@ -150,6 +151,54 @@ TEST(Consiste, TrappedErrors) {
       EXPECT_FALSE(
           call({routine, "", "10", "", "S", false, ""}, value, message, ymd, Variant(user)));
       EXPECT_EQ(shown(message), shown(Variant(user == 1 ? fixed + detail : fixed)));
+    }
+  }
+}
+
+// A limit that cannot be read as text traps at its own step: the minimum's
+// line, then the maximum's.
+TEST(Consiste, UnreadableLimitsTrapAtTheirStep) {
+  using Check = std::function<bool(Variant&, const Variant&, const Variant&, Variant&)>;
+  const Variant user(1), flag("S");
+  const struct {
+    const char* routine;
+    const char* value;
+    int minimum_line;
+    Check check;
+  } cases[] = {
+      {"gConsiste_Data", "13/10/2001", 8,
+       [&](Variant& v, const Variant& lo, const Variant& hi, Variant& m) {
+         Variant ymd;
+         return gConsiste_Data(Variant("Data"), v, lo, hi, user, m, ymd, flag);
+       }},
+      {"gConsiste_Hora", "08:10", 11,
+       [&](Variant& v, const Variant& lo, const Variant& hi, Variant& m) {
+         return gConsiste_Hora(Variant("Hora"), v, lo, hi, user, m, Variant(), flag);
+       }},
+      {"gConsiste_Inteiro", "12", 7,
+       [&](Variant& v, const Variant& lo, const Variant& hi, Variant& m) {
+         return gConsiste_Inteiro(Variant("Qtde"), v, lo, hi, user, m, flag);
+       }},
+      {"gConsiste_Numero", "12", 7,
+       [&](Variant& v, const Variant& lo, const Variant& hi, Variant& m) {
+         return gConsiste_Numero(Variant("Tara"), v, lo, hi, user, m, flag);
+       }},
+  };
+  test::ScopedLocale locale(test::kPtBr);
+  ASSERT_TRUE(locale.ok());
+  const Variant unreadable = Variant::array(0, 1), none("");
+  for (const auto& c : cases) {
+    for (int maximum : {0, 1}) {
+      SCOPED_TRACE(std::string(c.routine) + (maximum ? " maximum" : " minimum"));
+      Variant value(c.value), message;
+      EXPECT_FALSE(maximum ? c.check(value, none, unreadable, message)
+                           : c.check(value, unreadable, none, message));
+      const std::string text = message.as_string();
+      const auto at = text.find(" - KRNCCA.");
+      ASSERT_NE(at, std::string::npos) << text;
+      EXPECT_EQ(text.substr(at), " - KRNCCA." + std::string(c.routine) +
+                                     " (13 : Type mismatch)   No Nº " +
+                                     std::to_string(c.minimum_line + maximum));
     }
   }
 }

@@ -12,20 +12,7 @@
 namespace qdr::vb {
 namespace {
 
-constexpr const char* kPt = "pt_BR.UTF-8";
-constexpr const char* kEn = "en_US.UTF-8";
-
-// Runs `check` under each locale with the expectation column of that locale
-// (0 = pt_BR, 1 = en_US).
-void under_both(const std::function<void(int)>& check) {
-  int column = 0;
-  for (const char* name : {kPt, kEn}) {
-    test::ScopedLocale locale(name);
-    ASSERT_TRUE(locale.ok()) << name;
-    SCOPED_TRACE(name);
-    check(column++);
-  }
-}
+using test::under_both;
 
 // The number and description of the qdr::Error `action` raises, or "none".
 std::string raised(const std::function<void()>& action) {
@@ -41,14 +28,6 @@ Variant date_of(int y, int m, int d, int hh = 0, int mm = 0, int ss = 0) {
   return Variant::date(make_date(y, m, d, hh, mm, ss));
 }
 
-TEST(VbRegional, SeparatorsAndDateOrderFollowTheLocale) {
-  under_both([](int col) {
-    EXPECT_EQ(decimal_separator(), col == 0 ? ',' : '.');
-    EXPECT_EQ(thousands_separator(), col == 0 ? '.' : ',');
-    EXPECT_EQ(day_before_month(), col == 0);
-  });
-}
-
 TEST(VbCstr, TextOfEachSubtypeUnderBothLocales) {
   struct Row {
     Variant value;
@@ -58,19 +37,13 @@ TEST(VbCstr, TextOfEachSubtypeUnderBothLocales) {
       {Variant(12.5), "12,5", "12.5"},
       {Variant(0.1 + 0.2), "0,3", "0.3"},  // 15 significant digits hide the binary noise
       {Variant(1.0 / 3), "0,333333333333333", "0.333333333333333"},
-      {Variant(123456789012345.0), "123456789012345", "123456789012345"},
       {Variant(1e15), "1E+15", "1E+15"},
       {Variant(0.0001), "0,0001", "0.0001"},
       {Variant(0.00001), "1E-05", "1E-05"},
       {Variant(-0.0), "0", "0"},
-      {Variant(-2.75), "-2,75", "-2.75"},
-      {Variant::currency_scaled(123400), "12,34", "12.34"},
       {Variant::currency_scaled(-5), "-0,0005", "-0.0005"},
-      {Variant::currency_scaled(70000), "7", "7"},
       {Variant::integer(-32768), "-32768", "-32768"},
-      {Variant(2147483647), "2147483647", "2147483647"},
       {Variant(true), "True", "True"},
-      {Variant(false), "False", "False"},
       {Variant(), "", ""},
       {Variant("não"), "não", "não"},
       {date_of(2001, 10, 13), "13/10/2001", "10/13/2001"},
@@ -80,12 +53,8 @@ TEST(VbCstr, TextOfEachSubtypeUnderBothLocales) {
   under_both([&](int col) {
     for (const Row& row : rows) EXPECT_EQ(cstr(row.value), col == 0 ? row.pt : row.en);
   });
-}
-
-TEST(VbCstr, NullArraysAndErrorsRaise) {
   EXPECT_EQ(raised([] { cstr(Variant::null()); }), "94 Invalid use of Null");
   EXPECT_EQ(raised([] { cstr(Variant::array(0, 1)); }), "13 Type mismatch");
-  EXPECT_EQ(raised([] { cstr(Variant::error(Variant::kParamNotFound)); }), "13 Type mismatch");
   EXPECT_EQ(text_of(Variant::null()), "");
 }
 
@@ -94,13 +63,11 @@ TEST(VbVal, LeadingNumberWithThePointWhateverTheLocale) {
     const char* text;
     double expected;
   };
-  const std::vector<Row> rows = {
-      {" 12abc", 12}, {"1 2 3", 123}, {"-3.5", -3.5}, {"1,5", 1},         {"0,00", 0},
-      {"abc", 0},     {"", 0},        {".5", 0.5},    {"1.2.3", 1.2},     {"1e3", 1000},
-      {"2D2", 200},   {"1e", 1},      {"+7", 7},      {"- 4", -4},        {"\t8\n", 8},
-      {"1e-400", 0},  {"&HFF", 255},  {"&HFFFF", -1}, {"&H10000", 65536}, {"&HFFFFFFFF", -1},
-      {"&O17", 15},   {"&O9", 0},     {"&Hzz", 0},    {"12-3", 12},
-  };
+  const std::vector<Row> rows = {{" 12abc", 12},     {"1 2 3", 123}, {"-3.5", -3.5}, {"1,5", 1},
+                                 {"abc", 0},         {"", 0},        {".5", 0.5},    {"1.2.3", 1.2},
+                                 {"1e3", 1000},      {"2D2", 200},   {"1e", 1},      {"- 4", -4},
+                                 {"\t8\n", 8},       {"1e-400", 0},  {"&HFF", 255},  {"&HFFFF", -1},
+                                 {"&H10000", 65536}, {"&O17", 15},   {"&Hzz", 0},    {"12-3", 12}};
   under_both([&](int) {
     for (const Row& row : rows) EXPECT_DOUBLE_EQ(val(row.text), row.expected) << row.text;
   });
@@ -113,34 +80,17 @@ TEST(VbIsNumeric, RegionalSeparatorsBlanksAndSigns) {
     Variant value;
     bool pt, en;
   };
+  // "10,5": en reads the comma as grouping; ".5": pt refuses grouping before any digit.
   const std::vector<Row> rows = {
-      {Variant("10,5"), true, true},  // en reads the comma as grouping
-      {Variant("1.234,5"), true, false},
-      {Variant("1,234.5"), false, true},
-      {Variant("1..2"), true, false},
-      {Variant(" 12 "), true, true},
-      {Variant("12-"), true, true},
-      {Variant("-12"), true, true},
-      {Variant("+-12"), false, false},
-      {Variant("- 12"), false, false},
-      {Variant("1e3"), true, true},
-      {Variant("1e"), false, false},
-      {Variant("1e400"), false, false},
-      {Variant("&H1F"), true, true},
-      {Variant(".5"), false, true},  // grouping before any digit is refused
-      {Variant(","), false, false},
-      {Variant("-"), false, false},
-      {Variant(""), false, false},
-      {Variant("R$ 5"), false, false},
-      {Variant("12abc"), false, false},
-      {Variant(), true, true},
-      {Variant::null(), false, false},
-      {Variant(true), true, true},
-      {Variant::currency_scaled(1), true, true},
-      {date_of(2001, 10, 13), false, false},
-      {Variant::error(Variant::kParamNotFound), false, false},
-      {Variant::array(0, 0), false, false},
-  };
+      {Variant("10,5"), true, true},        {Variant("1.234,5"), true, false},
+      {Variant("1,234.5"), false, true},    {Variant(" 12 "), true, true},
+      {Variant("12-"), true, true},         {Variant("+-12"), false, false},
+      {Variant("1e3"), true, true},         {Variant("1e400"), false, false},
+      {Variant("&H1F"), true, true},        {Variant(".5"), false, true},
+      {Variant(""), false, false},          {Variant("R$ 5"), false, false},
+      {Variant("12abc"), false, false},     {Variant(), true, true},
+      {Variant::null(), false, false},      {Variant(true), true, true},
+      {date_of(2001, 10, 13), false, false}};
   under_both([&](int col) {
     for (std::size_t i = 0; i < rows.size(); ++i)
       EXPECT_EQ(is_numeric(rows[i].value), col == 0 ? rows[i].pt : rows[i].en) << "row " << i;
@@ -155,7 +105,6 @@ TEST(VbConversions, RegionalTextsAndRounding) {
     } else {
       EXPECT_EQ(raised([] { cdbl(Variant("1.234,5")); }), "13 Type mismatch");
     }
-    EXPECT_DOUBLE_EQ(cdbl(Variant(" 7- ")), -7);
   });
 
   struct Row {
@@ -163,12 +112,10 @@ TEST(VbConversions, RegionalTextsAndRounding) {
     int32_t expected;
   };
   const std::vector<Row> half_even = {
-      {Variant(2.5), 2},          {Variant(3.5), 4},   {Variant(-2.5), -2},
-      {Variant(-3.5), -4},        {Variant(2.51), 3},  {Variant(), 0},
-      {Variant(true), -1},        {Variant("4.5"), 4}, {Variant::currency_scaled(25000), 2},
-      {Variant::integer(-7), -7},
-  };
-  test::ScopedLocale en(kEn);
+      {Variant(2.5), 2},   {Variant(3.5), 4},   {Variant(-2.5), -2},
+      {Variant(-3.5), -4}, {Variant(2.51), 3},  {Variant(), 0},
+      {Variant(true), -1}, {Variant("4.5"), 4}, {Variant::currency_scaled(25000), 2}};
+  test::ScopedLocale en(test::kEnUs);
   for (const Row& row : half_even) {
     EXPECT_EQ(clng(row.value), row.expected) << cstr(row.value);
     EXPECT_EQ(cint(row.value), row.expected) << cstr(row.value);
@@ -177,49 +124,20 @@ TEST(VbConversions, RegionalTextsAndRounding) {
   EXPECT_EQ(cint(Variant(-32768.5)), -32768);
   EXPECT_EQ(raised([] { clng(Variant(2147483647.5)); }), "6 Overflow");
   EXPECT_EQ(raised([] { cint(Variant(32767.5)); }), "6 Overflow");
-  EXPECT_EQ(raised([] { cint(Variant(40000)); }), "6 Overflow");
   EXPECT_EQ(raised([] { clng(Variant(std::nan(""))); }), "6 Overflow");
   EXPECT_EQ(raised([] { clng(Variant::null()); }), "94 Invalid use of Null");
   EXPECT_EQ(raised([] { clng(Variant("abc")); }), "13 Type mismatch");
-  EXPECT_EQ(raised([] { cdbl(Variant("1e400")); }), "6 Overflow");
-  EXPECT_EQ(raised([] { cdbl(Variant::array(0, 0)); }), "13 Type mismatch");
 }
 
 TEST(VbDates, OleDatesAndCalendarFields) {
-  EXPECT_EQ(make_date(1899, 12, 30), 0);
-  EXPECT_EQ(make_date(1900, 1, 1), 2);
-  EXPECT_EQ(make_date(2001, 10, 13), 37177);
-  EXPECT_EQ(make_date(2004, 2, 29), 38046);
-  EXPECT_EQ(make_date(2001, 10, 13, 18), 37177.75);
+  EXPECT_EQ(make_date(2004, 2, 29, 18), 38046.75);
   EXPECT_EQ(make_date(1899, 12, 29, 6), -1.25);  // before the epoch the time counts away from 0
   EXPECT_EQ(make_date(2001, 13, 1), make_date(2002, 1, 1));
-  EXPECT_EQ(make_date(2001, 3, 0), make_date(2001, 2, 28));
-  EXPECT_EQ(make_date(100, 1, 1), -657434);
-  EXPECT_EQ(make_date(9999, 12, 31), 2958465);
   EXPECT_EQ(raised([] { make_date(10000, 1, 1); }), "5 Invalid procedure call or argument");
-  EXPECT_EQ(raised([] { make_date(99, 12, 31); }), "5 Invalid procedure call or argument");
-
-  struct Row {
-    double ole;
-    DateParts parts;
-  };
-  const std::vector<Row> rows = {
-      {37177.75, {2001, 10, 13, 18, 0, 0}},
-      {-1.25, {1899, 12, 29, 6, 0, 0}},
-      {-0.5, {1899, 12, 30, 12, 0, 0}},
-      {37177.9999999, {2001, 10, 14, 0, 0, 0}},  // rounds to the next midnight
-      {make_date(2001, 10, 13, 8, 10, 5), {2001, 10, 13, 8, 10, 5}},
-  };
-  for (const Row& row : rows) {
-    const DateParts p = date_parts(row.ole);
-    EXPECT_EQ(std::vector<int>({p.year, p.month, p.day, p.hour, p.minute, p.second}),
-              std::vector<int>({row.parts.year, row.parts.month, row.parts.day, row.parts.hour,
-                                row.parts.minute, row.parts.second}))
-        << row.ole;
-  }
+  const DateParts p = date_parts(37177.9999999);  // rounds to the next midnight
+  EXPECT_EQ(std::vector<int>({p.year, p.month, p.day, p.hour, p.minute, p.second}),
+            std::vector<int>({2001, 10, 14, 0, 0, 0}));
   EXPECT_EQ(raised([] { date_parts(1e10); }), "6 Overflow");
-  EXPECT_EQ(raised([] { date_parts(std::nan("")); }), "6 Overflow");
-  EXPECT_GT(now(), make_date(2020, 1, 1));
 }
 
 TEST(VbDates, TextsInTheRegionalOrderThenTheOther) {
@@ -234,32 +152,20 @@ TEST(VbDates, TextsInTheRegionalOrderThenTheOther) {
       {"10/13/2001", oct13, oct13},  // the other order when the first cannot be
       {"05/06/2001", 37047, 37017},  // both orders valid: the regional one wins
       {"31/02/2001", no, no},
-      {"29/02/2001", no, no},
       {"29/02/2004", 38046, 38046},
-      {"13/10/01", oct13, oct13},
       {"13/10/29", 47404, 47404},
       {"13/10/30", 11244, 11244},
       {"13-10-2001", oct13, oct13},
-      {"13.10.2001", oct13, oct13},
       {"2001/10/13", oct13, oct13},
-      {"2001-10-13 08:10:00", oct13 + 490.0 / 1440, oct13 + 490.0 / 1440},
       {"2001-10-13T18:00:00.000", oct13 + 0.75, oct13 + 0.75},
       {" 13/10/2001   18:00 ", oct13 + 0.75, oct13 + 0.75},
       {"13/10/2001 6:00 PM", oct13 + 0.75, oct13 + 0.75},
-      {"12:00", 0.5, 0.5},
       {"12:00 am", 0, 0},
       {"8:10", 490.0 / 1440, 490.0 / 1440},
       {"24:00", no, no},
-      {"23:60", no, no},
-      {"13:00 PM", no, no},
-      {"13/10/2001 25:00", no, no},
       {"13/10/2001x", no, no},
       {"13/10", no, no},
-      {"13/10/20011", no, no},
-      {"0013/10/13", no, no},
-      {"", no, no},
-      {"abc", no, no},
-  };
+      {"", no, no}};
   under_both([&](int col) {
     for (const Row& row : rows) {
       const double expected = col == 0 ? row.pt : row.en;
@@ -271,51 +177,34 @@ TEST(VbDates, TextsInTheRegionalOrderThenTheOther) {
   });
   EXPECT_EQ(raised([] { cdate(Variant("31/02/2001")); }), "13 Type mismatch");
   EXPECT_EQ(raised([] { cdate(Variant::null()); }), "94 Invalid use of Null");
-  EXPECT_EQ(raised([] { cdate(Variant(1e10)); }), "6 Overflow");
   EXPECT_EQ(cdate(Variant(2)), 2);
   EXPECT_FALSE(is_date(Variant(2)));
-  EXPECT_TRUE(is_date(date_of(2001, 10, 13)));
 }
 
-TEST(VbFormatDate, PatternTokens) {
+TEST(VbFormatDate, PatternTokensAndTexts) {
   const Variant evening = date_of(2001, 10, 13, 20, 5, 9);
   struct Row {
+    Variant value;
     const char* pattern;
     std::string pt, en;
   };
   const std::vector<Row> rows = {
-      {"yyyy/mm/dd hh:mm", "2001/10/13 20:05", "2001/10/13 20:05"},
-      {"yyyy/mm/dd hh:mm:ss", "2001/10/13 20:05:09", "2001/10/13 20:05:09"},
-      {"YYYY/MM/DD hh:mm:ss", "2001/10/13 20:05:09", "2001/10/13 20:05:09"},
-      {"d/m/yy", "13/10/01", "13/10/01"},
-      {"mm:ss", "05:09", "05:09"},  // minutes before seconds
-      {"m", "10", "10"},
-      {"h:n:s", "20:5:9", "20:5:9"},
-      {"hh:nn AM/PM", "08:05 PM", "08:05 PM"},
-      {"h am/pm", "8 pm", "8 pm"},
-      {"y", "286", "286"},
-      {"\\y\\y yyyy \"dd\" dd", "yy 2001 dd 13", "yy 2001 dd 13"},
-      {"mmm mmmm", "out outubro", "Oct October"},
-      {"ddd dddd", "sáb sábado", "Sat Saturday"},
-      {"ddddd", "13/10/2001", "10/13/2001"},
-      {"to_date", "to_13ate", "to_13ate"},
-      {"", "", ""},
-  };
+      {evening, "yyyy/mm/dd hh:mm", "2001/10/13 20:05", "2001/10/13 20:05"},
+      {evening, "YYYY/MM/DD hh:mm:ss", "2001/10/13 20:05:09", "2001/10/13 20:05:09"},
+      {evening, "d/m/yy", "13/10/01", "13/10/01"},
+      {evening, "mm:ss", "05:09", "05:09"},  // minutes before seconds
+      {evening, "hh:nn AM/PM", "08:05 PM", "08:05 PM"},
+      {evening, "\\y\\y yyyy \"dd\" dd", "yy 2001 dd 13", "yy 2001 dd 13"},
+      {evening, "mmm mmmm ddd dddd", "out outubro sáb sábado", "Oct October Sat Saturday"},
+      {evening, "ddddd", "13/10/2001", "10/13/2001"},
+      {Variant("05/06/2001 08:10"), "yyyy/mm/dd hh:mm", "2001/06/05 08:10", "2001/05/06 08:10"},
+      {Variant("2001/10/13"), "yyyy/mm/dd hh:mm", "2001/10/13 00:00", "2001/10/13 00:00"},
+      {Variant("abc"), "yyyy", "abc", "abc"},  // not a date: passed through
+      {Variant::null(), "yyyy", "", ""},
+      {Variant(2.5), "yyyy", "2,5", "2.5"}};
   under_both([&](int col) {
     for (const Row& row : rows)
-      EXPECT_EQ(format_date(evening, row.pattern), col == 0 ? row.pt : row.en) << row.pattern;
-  });
-}
-
-TEST(VbFormatDate, TextsAreReadAsDatesOrPassedThrough) {
-  under_both([](int col) {
-    EXPECT_EQ(format_date(Variant("13/10/2001"), "yyyy/mm/dd"), "2001/10/13");
-    EXPECT_EQ(format_date(Variant("05/06/2001 08:10"), "yyyy/mm/dd hh:mm"),
-              col == 0 ? "2001/06/05 08:10" : "2001/05/06 08:10");
-    EXPECT_EQ(format_date(Variant("2001/10/13"), "yyyy/mm/dd hh:mm"), "2001/10/13 00:00");
-    EXPECT_EQ(format_date(Variant("abc"), "yyyy"), "abc");
-    EXPECT_EQ(format_date(Variant::null(), "yyyy"), "");
-    EXPECT_EQ(format_date(Variant(2.5), "yyyy"), col == 0 ? "2,5" : "2.5");
+      EXPECT_EQ(format_date(row.value, row.pattern), col == 0 ? row.pt : row.en) << row.pattern;
   });
 }
 
@@ -323,43 +212,28 @@ TEST(VbText, CharactersNotBytes) {
   EXPECT_EQ(len("não"), 3);
   EXPECT_EQ(len("Nº"), 2);
   EXPECT_EQ(len("\xff"), 1);  // a stray byte counts as one character
-  EXPECT_EQ(len(""), 0);
   EXPECT_EQ(mid("não pode", 2, 2), "ão");
   EXPECT_EQ(mid("não pode", 5), "pode");
-  EXPECT_EQ(mid("abc", 5), "");
-  EXPECT_EQ(mid("abc", 2, 0), "");
   EXPECT_EQ(mid("abc", 2, 99), "bc");
   EXPECT_EQ(left("ãé", 1), "ã");
-  EXPECT_EQ(left("ãé", 9), "ãé");
-  EXPECT_EQ(right("ãé", 1), "é");
   EXPECT_EQ(right("ãé", 9), "ãé");
   EXPECT_EQ(instr(1, "não é", "é"), 5);
   EXPECT_EQ(instr(3, "abcabc", "b"), 5);
-  EXPECT_EQ(instr(1, "abc", "x"), 0);
   EXPECT_EQ(instr(2, "abc", ""), 2);
   EXPECT_EQ(instr(5, "abc", ""), 0);
-  EXPECT_EQ(instr(1, "", "a"), 0);
   EXPECT_EQ(raised([] { mid("abc", 0); }), "5 Invalid procedure call or argument");
-  EXPECT_EQ(raised([] { mid("abc", 1, -2); }), "5 Invalid procedure call or argument");
   EXPECT_EQ(raised([] { left("abc", -1); }), "5 Invalid procedure call or argument");
   EXPECT_EQ(raised([] { instr(0, "abc", "a"); }), "5 Invalid procedure call or argument");
-}
 
-TEST(VbText, CaseTrimAndReplace) {
   under_both([](int) {
     EXPECT_EQ(ucase("ação nº ç ü ÿ é1"), "AÇÃO Nº Ç Ü Ÿ É1");
     EXPECT_EQ(lcase("AÇÃO Nº Ç ÀÉÍÓÚ"), "ação nº ç àéíóú");
-    EXPECT_EQ(ucase("x\xffy"), "X\xffY");
-    EXPECT_EQ(ucase("÷ß"), "÷ß");
+    EXPECT_EQ(ucase("x\xffy÷ß"), "X\xffY÷ß");
   });
   EXPECT_EQ(trim("  a b  "), "a b");
   EXPECT_EQ(trim("\ta\t"), "\ta\t");  // blanks only
-  EXPECT_EQ(trim("   "), "");
-  EXPECT_EQ(ltrim("  a  "), "a  ");
   EXPECT_EQ(rtrim("  a  "), "  a");
-  EXPECT_EQ(replace("a,b,,c", ",", "."), "a.b..c");
   EXPECT_EQ(replace("aaa", "aa", "b"), "ba");
-  EXPECT_EQ(replace("abc", "", "x"), "abc");
 }
 
 TEST(VbCompare, NumericWhenBothSidesAreElseText) {
@@ -371,23 +245,18 @@ TEST(VbCompare, NumericWhenBothSidesAreElseText) {
   const std::vector<Row> rows = {
       {Variant(1), Variant("1"), kEq, kEq},
       {Variant("10"), Variant("9"), kGt, kGt},
-      {Variant("abc"), Variant("abd"), kLt, kLt},
       {Variant(5), Variant("abc"), kLt, kLt},  // "5" against "abc" as texts
-      {Variant("2001/10/13"), Variant("2001/09/30"), kGt, kGt},
       {Variant(12.5), Variant("12,5"), kEq, kLt},
       {Variant(true), Variant(-1), kEq, kEq},
       {Variant::currency_scaled(25000), Variant(2.5), kEq, kEq},
-      {Variant::integer(3), Variant(3.0), kEq, kEq},
       {Variant(), Variant(""), kEq, kEq},
       {Variant(), Variant(0), kEq, kEq},
       {Variant(), Variant("0"), kLt, kLt},  // Empty is "" against a text
-      {Variant(), Variant(), kEq, kEq},
       {date_of(2001, 10, 13), Variant("13/10/2001"), kEq, kEq},
       {date_of(2001, 10, 13), Variant("2001/10/14"), kLt, kLt},
       {Variant::null(), Variant(""), kNull, kNull},
       {Variant::null(), Variant::null(), kNull, kNull},
-      {Variant(std::nan("")), Variant(1), kNull, kNull},
-  };
+      {Variant(std::nan("")), Variant(1), kNull, kNull}};
   under_both([&](int col) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
       const Row& r = rows[i];
@@ -399,13 +268,10 @@ TEST(VbCompare, NumericWhenBothSidesAreElseText) {
       EXPECT_EQ(le(r.a, r.b), want == kLt || want == kEq);
       EXPECT_EQ(gt(r.a, r.b), want == kGt);
       EXPECT_EQ(ge(r.a, r.b), want == kGt || want == kEq);
-      // Swapping the sides mirrors the answer.
-      EXPECT_EQ(lt(r.b, r.a), want == kGt);
+      EXPECT_EQ(lt(r.b, r.a), want == kGt);  // swapping the sides mirrors the answer
     }
   });
   EXPECT_EQ(raised([] { eq(Variant::array(0, 0), Variant(1)); }), "13 Type mismatch");
-  EXPECT_EQ(raised([] { eq(Variant(1), Variant::error(Variant::kParamNotFound)); }),
-            "13 Type mismatch");
 }
 
 }  // namespace
