@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "closing/order_fields.h"
 #include "infra/backend_registry.h"
+#include "infra/json_variant.h"
 #include "infra/vb.h"
 #include "tests/support/order_args.h"
 #include "tests/support/test_env.h"
@@ -39,87 +42,71 @@ std::string scalar(const std::string& sql) {
 
 class Orders : public test::DbTest {};
 
-TEST_F(Orders, LoadsAnOrderWithContainersAndCtac) {
-  OrderLoad load(connection_, 2, Variant(101));
-  ASSERT_EQ(load.call(), kOk) << load["outvntMsg_Ret"].as_string();
-
-  const std::pair<const char*, Variant> outputs[] = {
-      {"outvntTAB_TIPO_ORDEM_SERVICO_iD", Variant(1)},
-      {"outvntordem_servico_id", Variant(1001)},
-      {"outvntDESCR_TIPO_SERVICO", Variant("Transporte com retirada e entrega em terminal")},
-      {"outvntFORNECEDOR", Variant("Transportadora Rápida Santos Ltda.")},
-      {"outvntdata_servico", Variant("10/11/2026")},
-      {"outvntnum_os", Variant("OS-2026-01001")},
-      {"OUTvntData_Ini_Execucao", Variant("10/11/2026")},
-      {"outvntHORA_INI_EXECUCAO", Variant("08:00")},
-      {"OUTvntData_Fim_Execucao", Variant("10/11/2026")},
-      {"outvntHORA_FIM_EXECUCAO", Variant("17:30")},
-      {"outvntDESC_TAB_STATUS_PAGTO_OS", Variant("Aguardando fechamento")},
-      {"outvntIndic_OS_Em_Pagamento", Variant("N")},
-      {"outvntTAB_TIPO_SERVICO_ID", Variant(1)},
-      {"OUTvntData_Retirada_Terminal", Variant("10/11/2026")},
-      {"outvntHora_Retirada_Terminal", Variant("07:15")},
-      {"OUTvntData_Entrega_Terminal", Variant("10/11/2026")},
-      {"outvntHora_Entrega_Terminal", Variant("18:40")},
-      {"outvntfornecedor_id", Variant(10)},
-      {"outvntterminal_vazio_id", Variant(20)},
-      {"outvntterminal_cheio_id", Variant(21)},
-      {"OUTvntPlaca_Cavalo", Variant("ABC1D23")},
-      {"outvntflag_contr_canhoto", Variant("N")},
-      {"outvnttab_tipo_docto_id", Variant(1)},
-      {"outvntnum_documento", Variant("NF-5001")},
-      {"outvntflag_num_docto", Variant("S")},
-      {"outvntQtde_Sol_Cont", Variant(3)},
-      {"ouvntObserv", Variant("Ordem de serviço de exemplo do tipo 1")},
-      {"outvntflag_ctac_os", Variant("S")},
-      {"outvntNum_docto_Transp", Variant("CTAC-2026-0001")},
-      {"outvntIndic_Mostra_Campo_Terminal", Variant("S")},
-  };
-  for (const auto& [name, expected] : outputs)
-    EXPECT_EQ(shown(load[name]), shown(expected)) << name;
-
-  // Rows in the procedure's order; the third has no container number yet.
-  const Variant e("");
-  const std::pair<const char*, std::string> arrays[] = {
-      {"outarrvntSOLICIT_EMBARQUE_CONTAINER_ID",
-       values({Variant(7001), Variant(7002), Variant(7003)})},
-      {"outarrvntNUM_CONTAINER", values({Variant("MSCU1234565"), Variant("MAEU7654321"), e})},
-      {"outarrvntnum_lacre_cia_maritima", values({Variant("MSC123456"), Variant("MSC123457"), e})},
-      {"outarrvntnum_lacre_receita_federal", values({Variant("RF0001"), e, e})},
-      {"outarrvntnum_lacre_min_saude", values({Variant("MS0001"), e, e})},
-      {"outarrvntTara", values({Variant("2200,00"), Variant("3900,50"), e})},
-      {"outarrvntAGEND_CONTAINER_ID", values({Variant(8001), Variant(8002), Variant(8003)})},
-      {"arrTab_Tipo_Container_ID", values({Variant(1), Variant(3), Variant(2)})},
-      {"outvntVeiculo", values({Variant("ABC1D23"), Variant("ABC1D23"), e})},
-      {"outvntVeiculoID", values({Variant(1), Variant(1), e})},
-      {"outvntMotoristaID", values({Variant(1), Variant(1), e})},
-      {"outvntMotoristaVeiculo", values({Variant("José Carlos da Silva - ABC1D23"),
-                                         Variant("José Carlos da Silva - ABC1D23"), e})},
-      {"outvntCarreta1ID", values({Variant(3), Variant(3), e})},
-      {"outvntCarreta1", values({Variant("CRT1A11"), Variant("CRT1A11"), e})},
-      {"outvntCarreta2ID", values({Variant(4), e, e})},
-      {"outvntCarreta2", values({Variant("CRT2B22"), e, e})},
-      {"CarretaID", values({Variant(3), e, e})},
-      {"Carreta", values({Variant("CRT1A11"), e, e})},
-  };
-  for (const auto& [name, expected] : arrays) EXPECT_EQ(elements(load[name]), expected) << name;
-
-  // Weight and invoice value are numeric columns, which arrive as Doubles.
-  EXPECT_EQ(elements(load["OUTarrPeso_Carga"]), values({Variant(18500.5), Variant(21000.0), e}));
-  EXPECT_EQ(elements(load["OUTarrValor_NF"]), values({Variant(125000.0), Variant(98000.75), e}));
+// Every output of record 101 as the seed holds it, in the variants' JSON
+// form: arrays list their rows in the procedure's order (the third has no
+// container number yet); weight and invoice value are numeric columns, which
+// arrive as Doubles.
+const json::Json& order_101() {
+  static const auto outputs = json::Json::parse(R"({
+    "outvntTAB_TIPO_ORDEM_SERVICO_iD": 1, "outvntordem_servico_id": 1001,
+    "outvntDESCR_TIPO_SERVICO": "Transporte com retirada e entrega em terminal",
+    "outvntFORNECEDOR": "Transportadora Rápida Santos Ltda.", "outvntdata_servico": "10/11/2026",
+    "outvntnum_os": "OS-2026-01001", "OUTvntData_Ini_Execucao": "10/11/2026",
+    "outvntHORA_INI_EXECUCAO": "08:00", "OUTvntData_Fim_Execucao": "10/11/2026",
+    "outvntHORA_FIM_EXECUCAO": "17:30", "outvntDESC_TAB_STATUS_PAGTO_OS": "Aguardando fechamento",
+    "outvntIndic_OS_Em_Pagamento": "N", "outvntTAB_TIPO_SERVICO_ID": 1,
+    "OUTvntData_Retirada_Terminal": "10/11/2026", "outvntHora_Retirada_Terminal": "07:15",
+    "OUTvntData_Entrega_Terminal": "10/11/2026", "outvntHora_Entrega_Terminal": "18:40",
+    "outvntfornecedor_id": 10, "outvntterminal_vazio_id": 20, "outvntterminal_cheio_id": 21,
+    "OUTvntPlaca_Cavalo": "ABC1D23", "outvntflag_contr_canhoto": "N",
+    "outvnttab_tipo_docto_id": 1, "outvntnum_documento": "NF-5001", "outvntflag_num_docto": "S",
+    "outvntQtde_Sol_Cont": 3, "ouvntObserv": "Ordem de serviço de exemplo do tipo 1",
+    "outvntflag_ctac_os": "S", "outvntNum_docto_Transp": "CTAC-2026-0001",
+    "outvntIndic_Mostra_Campo_Terminal": "S"})");
+  return outputs;
+}
+const json::Json& arrays_of_101() {
+  static const auto arrays = json::Json::parse(R"({
+    "outarrvntSOLICIT_EMBARQUE_CONTAINER_ID": [7001, 7002, 7003],
+    "outarrvntNUM_CONTAINER": ["MSCU1234565", "MAEU7654321", ""],
+    "outarrvntnum_lacre_cia_maritima": ["MSC123456", "MSC123457", ""],
+    "outarrvntnum_lacre_receita_federal": ["RF0001", "", ""],
+    "outarrvntnum_lacre_min_saude": ["MS0001", "", ""],
+    "outarrvntTara": ["2200,00", "3900,50", ""],
+    "outarrvntAGEND_CONTAINER_ID": [8001, 8002, 8003],
+    "arrTab_Tipo_Container_ID": [1, 3, 2],
+    "outvntVeiculo": ["ABC1D23", "ABC1D23", ""], "outvntVeiculoID": [1, 1, ""],
+    "outvntMotoristaID": [1, 1, ""],
+    "outvntMotoristaVeiculo": ["José Carlos da Silva - ABC1D23",
+                               "José Carlos da Silva - ABC1D23", ""],
+    "outvntCarreta1ID": [3, 3, ""], "outvntCarreta1": ["CRT1A11", "CRT1A11", ""],
+    "outvntCarreta2ID": [4, "", ""], "outvntCarreta2": ["CRT2B22", "", ""],
+    "CarretaID": [3, "", ""], "Carreta": ["CRT1A11", "", ""],
+    "OUTarrPeso_Carga": [18500.5, 21000.0, ""], "OUTarrValor_NF": [125000.0, 98000.75, ""]})");
+  return arrays;
 }
 
-// On a machine with a decimal comma the numbers read from the database keep
-// their decimals.
-TEST_F(Orders, DecimalsSurviveADecimalCommaLocale) {
-  test::ScopedLocale locale("pt_BR.UTF-8");
-  if (!locale.ok()) GTEST_SKIP() << "pt_BR.UTF-8 is not installed";
-  OrderLoad load(connection_, 2, Variant(101));
-  ASSERT_EQ(load.call(), kOk);
-  const Variant e("");
-  EXPECT_EQ(elements(load["outarrvntTara"]), values({Variant("2200,00"), Variant("3900,50"), e}));
-  EXPECT_EQ(elements(load["OUTarrPeso_Carga"]), values({Variant(18500.5), Variant(21000.0), e}));
-  EXPECT_EQ(elements(load["OUTarrValor_NF"]), values({Variant(125000.0), Variant(98000.75), e}));
+// Loads `record` and compares the outputs named in `expected` (variants'
+// JSON form) exactly.
+void expect_load(const std::string& connection, Variant record,
+                 std::initializer_list<const json::Json*> expected) {
+  OrderLoad load(connection, 2, record);
+  ASSERT_EQ(load.call(), kOk) << load["outvntMsg_Ret"].as_string();
+  for (const auto* outputs : expected)
+    for (const auto& [name, value] : outputs->items())
+      EXPECT_EQ(shown(load[name]), shown(json::from_json(value))) << name;
+}
+void expect_load(const std::string& connection, Variant record, const char* expected) {
+  const auto outputs = json::Json::parse(expected);
+  expect_load(connection, std::move(record), {&outputs});
+}
+
+// Every output as the seed holds it; on a machine with a decimal comma the
+// numbers read from the database keep their decimals too.
+TEST_F(Orders, LoadsAnOrderWithContainersAndCtac) {
+  test::under_both([&](int) {
+    expect_load(connection_, Variant(101), {&order_101(), &arrays_of_101()});
+  });
 }
 
 // Order 1001 has containers carried by two records; each record lists its
@@ -145,59 +132,20 @@ TEST_F(Orders, OrderWithoutContainersOrCtac) {
   load["outvntNum_docto_Transp"] = Variant("do chamador");
   ASSERT_EQ(load.call(), kOk);
   EXPECT_EQ(load["outvntQtde_Sol_Cont"], Variant(1));
-  for (const char* name : {"outarrvntSOLICIT_EMBARQUE_CONTAINER_ID",
-                           "outarrvntNUM_CONTAINER",
-                           "outarrvntnum_lacre_cia_maritima",
-                           "outarrvntnum_lacre_receita_federal",
-                           "outarrvntnum_lacre_min_saude",
-                           "outarrvntTara",
-                           "outarrvntAGEND_CONTAINER_ID",
-                           "arrTab_Tipo_Container_ID",
-                           "OUTarrPeso_Carga",
-                           "OUTarrValor_NF",
-                           "outvntVeiculoID",
-                           "outvntMotoristaID",
-                           "outvntMotoristaVeiculo",
-                           "outvntCarreta1ID",
-                           "outvntCarreta1",
-                           "outvntCarreta2ID",
-                           "outvntCarreta2",
-                           "CarretaID",
-                           "Carreta",
-                           "outvntVeiculo"}) {
+  for (const auto& [name, unused] : arrays_of_101().items())
     EXPECT_EQ(elements(load[name]), values({Variant()})) << name;
-  }
   EXPECT_EQ(load["ouvntObserv"], Variant("do chamador"));
   EXPECT_EQ(load["outvntflag_ctac_os"], Variant("N"));
   EXPECT_EQ(load["outvntNum_docto_Transp"], Variant("do chamador"));
+  EXPECT_EQ(load["outvntIndic_Mostra_Campo_Terminal"], Variant("N"));
 }
 
+// Null header columns: numbers read 0, texts "".
 TEST_F(Orders, NullHeaderColumns) {
-  OrderLoad load(connection_, 2, Variant(153));
-  ASSERT_EQ(load.call(), kOk);
-  for (const char* name :
-       {"outvntterminal_vazio_id", "outvntterminal_cheio_id", "outvnttab_tipo_docto_id"}) {
-    EXPECT_EQ(load[name], Variant(0)) << name;
-  }
-  for (const char* name :
-       {"OUTvntData_Ini_Execucao", "outvntHORA_INI_EXECUCAO", "OUTvntData_Retirada_Terminal",
-        "OUTvntPlaca_Cavalo", "outvntnum_documento"}) {
-    EXPECT_EQ(load[name], Variant("")) << name;
-  }
-}
-
-TEST_F(Orders, TerminalFieldsFlagOfSeededRecords) {
-  const std::pair<int, const char*> cases[] = {
-      {101, "S"}, {102, "S"}, {153, "S"},  // order type 1 or 2, service type 1
-      {103, "N"}, {152, "N"},              // type 3 with service type 2 or 1
-      {151, "N"},                          // type 1 with service type 2
-      {109, "N"}, {122, "N"},
-  };
-  for (const auto& [record, flag] : cases) {
-    OrderLoad load(connection_, 2, Variant(record));
-    ASSERT_EQ(load.call(), kOk) << record;
-    EXPECT_EQ(load["outvntIndic_Mostra_Campo_Terminal"], Variant(flag)) << record;
-  }
+  expect_load(connection_, Variant(153), R"({
+    "outvntterminal_vazio_id": 0, "outvntterminal_cheio_id": 0, "outvnttab_tipo_docto_id": 0,
+    "OUTvntData_Ini_Execucao": "", "outvntHORA_INI_EXECUCAO": "",
+    "OUTvntData_Retirada_Terminal": "", "OUTvntPlaca_Cavalo": "", "outvntnum_documento": ""})");
 }
 
 // Nothing is asked of the database: a connection that leads nowhere would
@@ -220,84 +168,68 @@ TEST_F(Orders, WritesOrderFieldsAndLoadsThemBack) {
         withdrawal, delivery, plate, doc_type, doc_number);
   };
   ASSERT_TRUE(write(155, Variant("2026/11/20 07:10"), Variant("2026/11/20 18:05"), Variant(2)));
-  {
-    OrderLoad load(connection_, 2, Variant(155));
-    ASSERT_EQ(load.call(), kOk);
-    EXPECT_EQ(load["OUTvntData_Ini_Execucao"], Variant("20/11/2026"));
-    EXPECT_EQ(load["outvntHORA_INI_EXECUCAO"], Variant("08:05"));
-    EXPECT_EQ(load["OUTvntData_Fim_Execucao"], Variant("20/11/2026"));
-    EXPECT_EQ(load["outvntHORA_FIM_EXECUCAO"], Variant("17:35"));
-    EXPECT_EQ(load["OUTvntData_Retirada_Terminal"], Variant("20/11/2026"));
-    EXPECT_EQ(load["outvntHora_Retirada_Terminal"], Variant("07:10"));
-    EXPECT_EQ(load["OUTvntData_Entrega_Terminal"], Variant("20/11/2026"));
-    EXPECT_EQ(load["outvntHora_Entrega_Terminal"], Variant("18:05"));
-    EXPECT_EQ(load["OUTvntPlaca_Cavalo"], Variant("XYZ9K88"));
-    EXPECT_EQ(load["outvnttab_tipo_docto_id"], Variant(2));
-    EXPECT_EQ(load["outvntnum_documento"], Variant("CT-777"));
-  }
+  expect_load(connection_, Variant(155), R"({
+    "OUTvntData_Ini_Execucao": "20/11/2026", "outvntHORA_INI_EXECUCAO": "08:05",
+    "OUTvntData_Fim_Execucao": "20/11/2026", "outvntHORA_FIM_EXECUCAO": "17:35",
+    "OUTvntData_Retirada_Terminal": "20/11/2026", "outvntHora_Retirada_Terminal": "07:10",
+    "OUTvntData_Entrega_Terminal": "20/11/2026", "outvntHora_Entrega_Terminal": "18:05",
+    "OUTvntPlaca_Cavalo": "XYZ9K88", "outvnttab_tipo_docto_id": 2,
+    "outvntnum_documento": "CT-777"})");
   EXPECT_EQ(scalar("SELECT tab_status_os_tipo_id || '/' || usuario_fechamento_id FROM "
                    "ordem_servico_tipo WHERE ordem_servico_tipo_id = 155"),
             "2/7");
 
   // Empty terminal times and a zero document type are written as nulls.
   ASSERT_TRUE(write(155, Variant(""), Variant(""), Variant(0)));
-  {
-    OrderLoad load(connection_, 2, Variant(155));
-    ASSERT_EQ(load.call(), kOk);
-    EXPECT_EQ(load["OUTvntData_Retirada_Terminal"], Variant(""));
-    EXPECT_EQ(load["outvntHora_Entrega_Terminal"], Variant(""));
-    EXPECT_EQ(load["outvnttab_tipo_docto_id"], Variant(0));
-  }
+  expect_load(connection_, Variant(155), R"({
+    "OUTvntData_Retirada_Terminal": "", "outvntHora_Entrega_Terminal": "",
+    "outvnttab_tipo_docto_id": 0})");
 
   // An unknown record is refused by the procedure: false, no message.
   EXPECT_FALSE(write(99999, Variant(""), Variant(""), Variant(1)));
   EXPECT_EQ(c.message, Variant("antes"));
 }
 
-TEST_F(Orders, SystemParameters) {
+TEST_F(Orders, SystemParametersAndVasTerminal) {
   const std::pair<int, const char*> seeded[] = {
       {1328, "21"}, {1329, "22"}, {1330, "23"}, {1332, "25"}, {1334, "24"}, {6247, "N"}, {9000, ""},
   };
+  CommonArgs c(connection_, 2);
   for (const auto& [number, value] : seeded) {
-    CommonArgs c(connection_, 2);
     Variant id(number), out;
     EXPECT_TRUE(closing::mVerifica_Tab_Parametro_Sistema(c.connection, c.user, c.company, c.kind,
                                                          c.product, id, out, c.message));
     EXPECT_EQ(out, Variant(value)) << number;
   }
-  const std::string message =
-      "Problemas na determinação do Parâmetros do sistema. Contacte o Administrador do Sistema.";
-  for (int user : {2, 1}) {
-    CommonArgs c(connection_, user);
-    Variant id(4242), out("antes");
-    EXPECT_FALSE(closing::mVerifica_Tab_Parametro_Sistema(c.connection, c.user, c.company, c.kind,
-                                                          c.product, id, out, c.message));
-    EXPECT_EQ(c.message,
-              Variant(user == 1 ? message + " - ORS.EOF na rotina mVerifica_Tab_Parametro_Sistema, "
-                                            "sql: EXEC SP_NVT_CON_PARAMETRO_SISTEMA 4242"
-                                : message));
-    EXPECT_EQ(out, Variant("antes"));
-  }
-}
-
-TEST_F(Orders, VasTerminal) {
-  CommonArgs c(connection_, 2);
   Variant order(1009), terminal;
   ASSERT_TRUE(closing::mBusca_Terminal_VAS(c.connection, c.user, c.company, c.kind, c.product,
                                            order, terminal, c.message));
   EXPECT_EQ(terminal, Variant(30));
+}
 
-  const std::string message =
+// A missing parameter and an order without a VAS terminal: false, the
+// output left alone, and the message (with the query for user 1).
+TEST_F(Orders, MissingParameterAndVasTerminal) {
+  const std::string parameter =
+      "Problemas na determinação do Parâmetros do sistema. Contacte o Administrador do Sistema.";
+  const std::string vas =
       "Acesso aos dados do terminal VAS não disponível. Contacte o Administrador do Sistema.";
   for (int user : {2, 1}) {
-    CommonArgs u(connection_, user);
-    Variant without(1050), none(-1);
+    CommonArgs c(connection_, user), u(connection_, user);
+    Variant id(4242), out("antes"), order(1050), none(-1);
+    EXPECT_FALSE(closing::mVerifica_Tab_Parametro_Sistema(c.connection, c.user, c.company, c.kind,
+                                                          c.product, id, out, c.message));
+    EXPECT_EQ(
+        c.message,
+        Variant(user == 1 ? parameter + " - ORS.EOF na rotina mVerifica_Tab_Parametro_Sistema, "
+                                        "sql: EXEC SP_NVT_CON_PARAMETRO_SISTEMA 4242"
+                          : parameter));
+    EXPECT_EQ(out, Variant("antes"));
     EXPECT_FALSE(closing::mBusca_Terminal_VAS(u.connection, u.user, u.company, u.kind, u.product,
-                                              without, none, u.message));
-    EXPECT_EQ(u.message,
-              Variant(user == 1 ? message + " - ORS.EOF na rotina mBusca_Terminal_VAS, sql: "
-                                            "EXEC SP_050_CONS_TERMINAL_VAS_OS01 1050"
-                                : message));
+                                              order, none, u.message));
+    EXPECT_EQ(u.message, Variant(user == 1 ? vas + " - ORS.EOF na rotina mBusca_Terminal_VAS, sql: "
+                                                   "EXEC SP_050_CONS_TERMINAL_VAS_OS01 1050"
+                                           : vas));
     EXPECT_EQ(none, Variant(-1));
   }
 }
