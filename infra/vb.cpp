@@ -845,10 +845,10 @@ bool day_before_month() {
   std::size_t day = std::string::npos, month = std::string::npos;
   for (std::size_t i = 0; i + 1 < format.size(); ++i) {
     if (format[i] != '%') continue;
-    const char spec = format[i + 1];
-    if ((spec == 'd' || spec == 'e') && day == std::string::npos) day = i;
-    if (spec == 'm' && month == std::string::npos) month = i;
-    if (spec == 'D') return false;  // %m/%d/%y
+    const char conversion = format[i + 1];
+    if ((conversion == 'd' || conversion == 'e') && day == std::string::npos) day = i;
+    if (conversion == 'm' && month == std::string::npos) month = i;
+    if (conversion == 'D') return false;  // %m/%d/%y
     ++i;
   }
   return day != std::string::npos && month != std::string::npos && day < month;
