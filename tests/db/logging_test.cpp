@@ -13,6 +13,7 @@
 #include "infra/backend_registry.h"
 #include "infra/vb.h"
 #include "qdr/error.h"
+#include "qdr/qdr.h"
 #include "tests/support/test_env.h"
 
 namespace qdr {
@@ -102,6 +103,15 @@ TEST_F(LoggingDb, UnreachableDatabaseIsQuiet) {
     report_failure(message, "Erro.", " - detalhe", Variant("SQLSERVER"), Variant(connection),
                    Variant(1));
     EXPECT_EQ(message.as_string(), "Erro. - detalhe");
+
+    // A method on a database that is down still answers, with its own text.
+    QDR component;
+    Variant user(2), db(connection), kind("SQLSERVER"), point, count, ports, names;
+    EXPECT_EQ(component.gConsulta_Porto_Ponto(user, db, kind, point, count, ports, message, names),
+              Variant::integer(10));
+    EXPECT_EQ(message.as_string(),
+              "Problema na Consulta do Porto e Agente relacionados ao Usuário. Contacte o "
+              "Administrador do Sistema.");
   }
 }
 
