@@ -1,6 +1,8 @@
 #include "tests/support/replay_fixture.h"
 
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "tests/support/test_env.h"
 
@@ -10,6 +12,12 @@ ReplayFixture::ReplayFixture(const nlohmann::json& responses)
     : script_(temp_path("script") + ".json"), journal_(temp_path("journal") + ".jsonl") {
   std::ofstream(script_) << responses.dump();
   connection_ = "Provider=Replay;Script=" + script_ + ";Journal=" + journal_;
+}
+
+ReplayFixture::~ReplayFixture() {
+  std::error_code ignored;
+  std::filesystem::remove(script_, ignored);
+  std::filesystem::remove(journal_, ignored);
 }
 
 std::vector<nlohmann::json> ReplayFixture::journal() const {

@@ -16,6 +16,10 @@ class ReplayFixture {
   // {"noResultSet":true} or {"error":"text","number":N}, each optionally
   // with "match".
   explicit ReplayFixture(const nlohmann::json& responses);
+  // Removes the script and the journal.
+  ~ReplayFixture();
+  ReplayFixture(const ReplayFixture&) = delete;
+  ReplayFixture& operator=(const ReplayFixture&) = delete;
 
   // "Provider=Replay;Script=...;Journal=..." for this fixture's files.
   const std::string& connection() const { return connection_; }
