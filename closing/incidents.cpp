@@ -4,8 +4,8 @@
 #include <limits>
 #include <string>
 
+#include "closing/routine_support.h"
 #include "infra/ado.h"
-#include "infra/literals.h"
 #include "infra/logging.h"
 #include "infra/numbers.h"
 #include "infra/trap.h"
@@ -132,20 +132,15 @@ bool mInclui_Incidente(Variant& invntConecta_db, Variant& invntBase_dados,
   };
   try {
     erl = 10;
-    strSql = "EXECUTE SP_050_INC_INCIDENTE01 " +
-             vb::text_of(gFormata_Numero_SQL(invntOrdem_Servico_Tipo_Ident)) + ", " +
-             vb::text_of(gFormata_Texto_SQL(invntFlag_Grava_Observacao)) + ", " +
-             vb::text_of(gFormata_Texto_SQL(lista_incidente)) + ", " +
-             vb::text_of(gFormata_Texto_SQL(invntObservacao)) + ", " +
-             vb::text_of(gFormata_Texto_SQL(lista_justificativa)) + ", " +
-             vb::text_of(gFormata_Texto_SQL(lista_selecionado)) + ", " +
-             vb::text_of(gFormata_Numero_SQL(invntUsuario_internet_id)) + ", " +
-             vb::text_of(gFormata_Texto_SQL(lista_tipo_cadastro)) + " ";
+    strSql = "EXECUTE SP_050_INC_INCIDENTE01 " + number_literal(invntOrdem_Servico_Tipo_Ident) +
+             ", " + text_literal(invntFlag_Grava_Observacao) + ", " +
+             text_literal(lista_incidente) + ", " + text_literal(invntObservacao) + ", " +
+             text_literal(lista_justificativa) + ", " + text_literal(lista_selecionado) + ", " +
+             number_literal(invntUsuario_internet_id) + ", " + text_literal(lista_tipo_cadastro) +
+             " ";
 
     erl = 20;
-    ado::Recordset rs;
-    rs.CursorLocation = ado::adUseClient;
-    rs.Open(strSql, vb::cstr(invntConecta_db));
+    ado::Recordset rs = open_client_side(strSql, vb::cstr(invntConecta_db));
 
     erl = 30;
     if (rs.State() == ado::adStateClosed)
